@@ -1,0 +1,114 @@
+#pragma once
+
+#include <tarvik/app/Export.hpp>
+#include <tarvik/input/InputState.hpp>
+
+#include <QElapsedTimer>
+#include <QImage>
+#include <QPointF>
+#include <QPointer>
+#include <QSize>
+#include <QString>
+#include <QTimer>
+#include <QWidget>
+#include <QWindow>
+
+#include <vulkan/vulkan_core.h>
+
+#include <cstdint>
+#include <memory>
+
+namespace tarvik {
+class Scene;
+}
+namespace tarvik::render {
+class PresentTarget;
+}
+namespace tarvik::rhi {
+enum class PresentPolicy : std::uint8_t;
+}
+
+namespace tarvik::app {
+
+class AppContext;
+class GamepadReader;
+class ViewportClient;
+class WaylandPointerLock;
+
+// A window that shows its client's scene and keeps drawing while it is exposed. Embed it with
+// QWidget::createWindowContainer and name the container with setInputContainer. GUI thread only.
+class TARVIK_APPCOMMON_API VulkanViewport final : public QWindow {
+    Q_OBJECT
+
+public:
+    // Both are borrowed and must outlive the viewport. Without a renderer the viewport has failed from the
+    // start, without a signal: see AppContext::rendererError().
+    VulkanViewport(AppContext& context, ViewportClient& viewportClient);
+    ~VulkanViewport() override;
+
+    // The client's scene as the final picture, without editor overlays, at size in device pixels. Works while
+    // the window is hidden. Null when the viewport has failed or the picture cannot be made.
+    [[nodiscard]] QImage captureFrame(QSize size);
+
+    void setVsync(bool on);
+
+    // The widget that hosts the viewport. Needed where it is embedded: the container tells of its hiding
+    // before the window's surface goes away, the window itself too late.
+    void setInputContainer(QWidget* widget);
+
+    // Length of the last frame step, 0 to 250.
+    [[nodiscard]] double frameIntervalMs() const;
+    // Once failed, a viewport stays blank; make a new one.
+    [[nodiscard]] bool hasFailed() const;
+    [[nodiscard]] const InputState& input() const;
+
+Q_SIGNALS:
+    // After every presented frame.
+    void frameRendered();
+    // Once, with the first failure, worded for the user.
+    void renderFailed(const QString& message);
+    void pointerPressed();
+
+protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void exposeEvent(QExposeEvent* event) override;
+
+private:
+    bool ensureTarget();
+    void releaseTarget();
+    void renderFrame();
+    void scheduleNextFrame();
+    void fail(const QString& message);
+    [[nodiscard]] VkExtent2D pixelExtent() const;
+    [[nodiscard]] rhi::PresentPolicy policy() const;
+
+    AppContext& ctx;
+    ViewportClient& client;
+    std::unique_ptr<render::PresentTarget> target;
+    std::unique_ptr<Scene> emptyScene;
+    std::unique_ptr<WaylandPointerLock> pointerLock;
+    QPointer<QWidget> container;
+    QTimer lockDrainTimer;
+    InputState inputState;
+    std::unique_ptr<GamepadReader> gamepad;
+    QElapsedTimer frameClock;
+    QElapsedTimer frameStart;
+    QPointF lastPos;
+    QPointF pressPos;
+    bool dragged = false;
+    bool hovered = false;
+    bool clickEngaged = false;
+    bool pressConsumed = false;
+    bool looking = false;
+    bool warpAvailable = true;
+    bool failed = false;
+    bool vsyncEnabled = true;
+    bool framePending = false;
+    double frameInterval = 0.0;
+    QElapsedTimer statsTimer;
+    std::int32_t presentedCount = 0;
+    std::int32_t skippedCount = 0;
+};
+
+} // namespace tarvik::app

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <tarvik/app/Export.hpp>
+
+#include <glm/vec2.hpp>
+
+#include <memory>
+
+namespace tarvik::app {
+
+// Relative pointer motion where the cursor cannot be warped. Lives as long as its viewport.
+class TARVIK_APPCOMMON_API WaylandPointerLock final {
+public:
+    // Empty where no lock can be had.
+    static std::unique_ptr<WaylandPointerLock> create();
+    WaylandPointerLock(const WaylandPointerLock&) = delete;
+    WaylandPointerLock& operator=(const WaylandPointerLock&) = delete;
+    ~WaylandPointerLock();
+
+    bool lock();
+    // Harmless when not locked.
+    void unlock();
+    // While true, motion comes from takeMotion() and not from pointer moves.
+    [[nodiscard]] bool isActive() const;
+    // Logical pixels since the previous call.
+    glm::vec2 takeMotion();
+
+private:
+    struct State;
+    explicit WaylandPointerLock(std::unique_ptr<State> state);
+    std::unique_ptr<State> state_;
+};
+
+} // namespace tarvik::app
