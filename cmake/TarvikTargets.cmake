@@ -58,3 +58,20 @@ function(tarvik_add_executable target)
   target_link_libraries(${target} PRIVATE ${arg_LIBRARIES})
   tarvik_set_warnings(${target})
 endfunction()
+
+# tarvik_add_test(<name> TIER <logic|qt|real> SOURCES <files...> LIBRARIES <targets...> [ENVIRONMENT <K=V...>])
+# A GoogleTest program; every case is a test of its own for CTest, labelled with its tier: pure logic, Qt with
+# the scripted renderer, or the real thing with a window system and a Vulkan driver.
+function(tarvik_add_test name)
+  cmake_parse_arguments(arg "" "TIER" "SOURCES;LIBRARIES;ENVIRONMENT" ${ARGN})
+  tarvik_add_executable(${name} SOURCES ${arg_SOURCES} LIBRARIES ${arg_LIBRARIES} GTest::gtest)
+  if(NOT arg_TIER STREQUAL "logic")
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    set(lock RESOURCE_LOCK display)
+  else()
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+    PROPERTIES LABELS ${arg_TIER} TIMEOUT 120 ${lock} ENVIRONMENT "${arg_ENVIRONMENT}"
+               SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\]")
+endfunction()
