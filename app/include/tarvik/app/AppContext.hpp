@@ -17,7 +17,7 @@ class LogSink;
 namespace tarvik::render {
 class RenderContext;
 class Renderer;
-}
+} // namespace tarvik::render
 
 namespace tarvik::app {
 

@@ -19,16 +19,16 @@ struct AppOptions {
     std::optional<bool> validation;
     std::optional<std::uint32_t> gpu; // index as Vulkan lists the GPUs
     std::optional<bool> vsync;
-    std::optional<bool> grid;  // the viewport's ground grid
-    QString screenshotFile;    // written before quitting by itself
-    std::uint32_t logLevel = 2; // the least LogLevel that is logged
-    QString scene;             // instead of the project's default scene, relative to the project
-    QString logFile;           // log lines are appended to it
-    bool quiet = false;        // no log lines on standard error
-    QString newProjectName;    // create the project in projectDir first
-    QString cameraEye;         // "x,y,z" in metres: where the camera stands
-    QString cameraTarget;      // "x,y,z" in metres: what it looks at
-    QString statsFile;         // start-up and frame times, written as JSON before quitting
+    std::optional<bool> grid;     // the viewport's ground grid
+    QString screenshotFile;       // written before quitting by itself
+    std::uint32_t logLevel = 2;   // the least LogLevel that is logged
+    QString scene;                // instead of the project's default scene, relative to the project
+    QString logFile;              // log lines are appended to it
+    bool quiet = false;           // no log lines on standard error
+    QString newProjectName;       // create the project in projectDir first
+    QString cameraEye;            // "x,y,z" in metres: where the camera stands
+    QString cameraTarget;         // "x,y,z" in metres: what it looks at
+    QString statsFile;            // start-up and frame times, written as JSON before quitting
     std::int32_t windowWidth = 0; // logical pixels; 0: the remembered or default size
     std::int32_t windowHeight = 0;
     bool still = false;           // the camera does not orbit

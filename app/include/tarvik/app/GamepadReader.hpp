@@ -22,8 +22,8 @@ public:
 
     void poll(InputState& input);
 
-    // Radial dead zone of one stick, in place: the direction stays, the length from deadZone to 1 becomes 0 to
-    // 1 and never more.
+    // Radial dead zone of one stick, in place: the direction stays, the length from deadZone to 1 becomes 0
+    // to 1 and never more.
     static void applyDeadZone(float& x, float& y, float deadZone);
 
 private:

@@ -77,7 +77,11 @@ protected:
 private:
     bool ensureTarget();
     void releaseTarget();
+    void releaseWindow();
+    void wakeWhenNotExposed();
     void renderFrame();
+    bool drawFrame();
+    void countFrame(bool presented);
     void scheduleNextFrame();
     void fail(const QString& message);
     [[nodiscard]] VkExtent2D pixelExtent() const;
@@ -105,6 +109,7 @@ private:
     bool failed = false;
     bool vsyncEnabled = true;
     bool framePending = false;
+    bool wakePending = false;
     double frameInterval = 0.0;
     QElapsedTimer statsTimer;
     std::int32_t presentedCount = 0;
