@@ -10,6 +10,8 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+# An installed tree can be moved: libraries find each other beside themselves, programs one folder up.
+set(CMAKE_INSTALL_RPATH "$ORIGIN" "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 if(NOT CMAKE_CXX_COMPILER_LAUNCHER)
   find_program(TARVIK_CCACHE ccache)
   if(TARVIK_CCACHE)
@@ -43,7 +45,7 @@ function(tarvik_add_library name)
     FILE_SET HEADERS BASE_DIRS include "${generated}"
     FILES ${arg_HEADERS} "${generated}/tarvik/${arg_FOLDER}/Export.hpp")
   target_compile_features(${target} PUBLIC cxx_std_23)
-  set_target_properties(${target} PROPERTIES
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${name}
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} VERIFY_INTERFACE_HEADER_SETS ON)
   if(NOT WIN32)
     target_link_options(${target} PRIVATE -Wl,--no-undefined)

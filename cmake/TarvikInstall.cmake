@@ -1,0 +1,19 @@
+# Installs the libraries as the package "tarvik", for find_package(tarvik) and targets named tarvik::<lib>.
+include(CMakePackageConfigHelpers)
+
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/tarvik")
+
+install(TARGETS tarvik_core tarvik_input tarvik_project tarvik_scene tarvik_renderer tarvik_appcommon
+  EXPORT tarvik FILE_SET HEADERS)
+install(EXPORT tarvik NAMESPACE tarvik:: FILE tarvikTargets.cmake DESTINATION "${package_dir}")
+if(TARGET tarvik-editor)
+  install(TARGETS tarvik-editor)
+endif()
+
+configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/tarvikConfig.cmake.in"
+  "${PROJECT_BINARY_DIR}/tarvikConfig.cmake" INSTALL_DESTINATION "${package_dir}"
+  NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
+# Until 1.0 a minor version may break its callers.
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/tarvikConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/tarvikConfig.cmake" "${PROJECT_BINARY_DIR}/tarvikConfigVersion.cmake"
+  DESTINATION "${package_dir}")
