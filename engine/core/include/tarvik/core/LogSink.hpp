@@ -11,8 +11,8 @@ enum class LogLevel : std::uint8_t { Debug = 1, Info = 2, Warn = 3, Error = 4 };
 
 struct LogMessage {
     LogLevel level = LogLevel::Info;
-    std::string category; // UTF-8
-    std::string message;  // UTF-8 by convention; may hold any bytes, NUL included
+    std::string category;  // UTF-8
+    std::string message;   // UTF-8 by convention; may hold any bytes, NUL included
     std::int64_t time = 0; // nanoseconds since 1970-01-01 UTC
 };
 
