@@ -1,0 +1,220 @@
+#include "GamepadPoller.hpp"
+#include "InputLog.hpp"
+
+#include <tarvik/app/GamepadReader.hpp>
+#include <tarvik/input/InputState.hpp>
+
+#include <SDL.h>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <string>
+#include <vector>
+
+using namespace std::chrono_literals;
+using Lines = std::vector<std::string>;
+
+namespace tarvik::app {
+namespace {
+
+constexpr std::uint16_t kVendor = 0xF055;
+
+// A device that exists inside SDL alone; unplugged when it goes.
+class VirtualDevice final {
+public:
+    explicit VirtualDevice(const char* name, SDL_JoystickType type = SDL_JOYSTICK_TYPE_GAMECONTROLLER,
+                           std::uint16_t product = 1) {
+        SDL_VirtualJoystickDesc desc{};
+        desc.version = SDL_VIRTUAL_JOYSTICK_DESC_VERSION;
+        desc.type = static_cast<Uint16>(type);
+        desc.naxes = SDL_CONTROLLER_AXIS_MAX;
+        desc.nbuttons = 15;
+        desc.vendor_id = kVendor;
+        desc.product_id = product;
+        desc.name = name;
+        joystick_ = SDL_JoystickOpen(SDL_JoystickAttachVirtualEx(&desc));
+        setAxis(SDL_CONTROLLER_AXIS_TRIGGERLEFT, -32768);
+        setAxis(SDL_CONTROLLER_AXIS_TRIGGERRIGHT, -32768);
+    }
+    VirtualDevice(const VirtualDevice&) = delete;
+    VirtualDevice& operator=(const VirtualDevice&) = delete;
+    ~VirtualDevice() {
+        for (int device = 0; device < SDL_NumJoysticks(); ++device) {
+            if (SDL_JoystickGetDeviceInstanceID(device) == SDL_JoystickInstanceID(joystick_))
+                SDL_JoystickDetachVirtual(device);
+        }
+        SDL_JoystickClose(joystick_);
+    }
+
+    void setAxis(int axis, std::int16_t value) {
+        EXPECT_EQ(SDL_JoystickSetVirtualAxis(joystick_, axis, value), 0) << SDL_GetError();
+    }
+    void setButton(int button, bool down) {
+        EXPECT_EQ(SDL_JoystickSetVirtualButton(joystick_, button, down), 0) << SDL_GetError();
+    }
+
+private:
+    SDL_Joystick* joystick_ = nullptr;
+};
+
+class GamepadSdlTest : public testing::Test {
+protected:
+    // Real controllers of the machine stay out of the way.
+    GamepadSdlTest() {
+        SDL_SetHint(SDL_HINT_GAMECONTROLLER_IGNORE_DEVICES_EXCEPT, "0xF055/0x0001,0xF055/0x0002");
+    }
+
+    std::unique_ptr<GamepadSource> source = GamepadSource::create();
+    test::InputLog log;
+};
+
+TEST_F(GamepadSdlTest, EveryControlArrivesInXInputsForm) {
+    VirtualDevice pad{"pad"};
+    ASSERT_TRUE(source->query(0));
+    constexpr std::pair<int, std::uint16_t> buttons[] = {
+        {SDL_CONTROLLER_BUTTON_A, 0x1000},
+        {SDL_CONTROLLER_BUTTON_B, 0x2000},
+        {SDL_CONTROLLER_BUTTON_X, 0x4000},
+        {SDL_CONTROLLER_BUTTON_Y, 0x8000},
+        {SDL_CONTROLLER_BUTTON_BACK, 0x0020},
+        {SDL_CONTROLLER_BUTTON_GUIDE, 0},
+        {SDL_CONTROLLER_BUTTON_START, 0x0010},
+        {SDL_CONTROLLER_BUTTON_LEFTSTICK, 0x0040},
+        {SDL_CONTROLLER_BUTTON_RIGHTSTICK, 0x0080},
+        {SDL_CONTROLLER_BUTTON_LEFTSHOULDER, 0x0100},
+        {SDL_CONTROLLER_BUTTON_RIGHTSHOULDER, 0x0200},
+        {SDL_CONTROLLER_BUTTON_DPAD_UP, 0x0001},
+        {SDL_CONTROLLER_BUTTON_DPAD_DOWN, 0x0002},
+        {SDL_CONTROLLER_BUTTON_DPAD_LEFT, 0x0004},
+        {SDL_CONTROLLER_BUTTON_DPAD_RIGHT, 0x0008},
+    };
+    for (const auto& [button, bit] : buttons) {
+        pad.setButton(button, true);
+        EXPECT_EQ(source->query(0)->buttons, bit) << "button " << button;
+        pad.setButton(button, false);
+    }
+    using Reading = GamepadReading;
+    const struct {
+        int axis;
+        std::int16_t from;
+        int to;
+        int (*field)(const Reading&);
+    } axes[] = {
+        {SDL_CONTROLLER_AXIS_LEFTX, -32768, -32768,
+         [](const Reading& r) -> int {
+             return r.leftX;
+         }},
+        {SDL_CONTROLLER_AXIS_LEFTY, -32768, 32767,
+         [](const Reading& r) -> int {
+             return r.leftY;
+         }},
+        {SDL_CONTROLLER_AXIS_LEFTY, 32767, -32767,
+         [](const Reading& r) -> int {
+             return r.leftY;
+         }},
+        {SDL_CONTROLLER_AXIS_RIGHTX, 12345, 12345,
+         [](const Reading& r) -> int {
+             return r.rightX;
+         }},
+        {SDL_CONTROLLER_AXIS_RIGHTY, 12345, -12345,
+         [](const Reading& r) -> int {
+             return r.rightY;
+         }},
+        {SDL_CONTROLLER_AXIS_TRIGGERLEFT, 32767, 255,
+         [](const Reading& r) -> int {
+             return r.leftTrigger;
+         }},
+        {SDL_CONTROLLER_AXIS_TRIGGERLEFT, -32768, 0,
+         [](const Reading& r) -> int {
+             return r.leftTrigger;
+         }},
+        {SDL_CONTROLLER_AXIS_TRIGGERRIGHT, 0, 127,
+         [](const Reading& r) -> int {
+             return r.rightTrigger;
+         }},
+    };
+    for (const auto& row : axes) {
+        pad.setAxis(row.axis, row.from);
+        EXPECT_EQ(row.field(*source->query(0)), row.to) << "axis " << row.axis << " at " << row.from;
+    }
+}
+
+TEST_F(GamepadSdlTest, EightBitTriggersComeBackUnchanged) {
+    VirtualDevice pad{"pad"};
+    ASSERT_TRUE(source->query(0));
+    for (int raw = 0; raw <= 255; ++raw) {
+        pad.setAxis(SDL_CONTROLLER_AXIS_TRIGGERLEFT, static_cast<std::int16_t>(raw * 257 - 32768));
+        EXPECT_EQ(source->query(0)->leftTrigger, raw);
+    }
+}
+
+TEST_F(GamepadSdlTest, FollowsOneControllerThroughHotPlug) {
+    GamepadPoller poller{std::move(source)};
+    InputState input;
+    const auto pollAt = [&](std::chrono::milliseconds time) {
+        poller.poll(input, GamepadPoller::TimePoint{time});
+    };
+    VirtualDevice wheel{"wheel", SDL_JOYSTICK_TYPE_WHEEL};
+    pollAt(0ms);
+    EXPECT_FALSE(input.gamepadConnected()) << "a wheel is no game controller";
+
+    auto first = std::make_unique<VirtualDevice>("first pad");
+    VirtualDevice second{"second pad", SDL_JOYSTICK_TYPE_GAMECONTROLLER, 2}; // SDL keeps a name per model
+    pollAt(2s);
+    EXPECT_TRUE(input.gamepadConnected());
+    first->setButton(SDL_CONTROLLER_BUTTON_X, true);
+    second.setButton(SDL_CONTROLLER_BUTTON_Y, true);
+    pollAt(3s);
+    EXPECT_TRUE(input.isHeld(GamepadButton::X));
+    EXPECT_FALSE(input.isHeld(GamepadButton::Y)) << "only the first that answers is read";
+
+    first.reset();
+    pollAt(3500ms);
+    EXPECT_FALSE(input.gamepadConnected());
+    EXPECT_FALSE(input.isHeld(GamepadButton::X));
+    pollAt(4s);
+    EXPECT_TRUE(input.isHeld(GamepadButton::Y));
+    EXPECT_EQ(log.take(), (Lines{"gamepad connected (first pad)", "gamepad disconnected",
+                                 "gamepad connected (second pad)"}));
+}
+
+TEST_F(GamepadSdlTest, SubsystemOutlivesOneOfTwoReadersAndEndsWithTheLast) {
+    source.reset();
+    ASSERT_EQ(SDL_WasInit(0), 0U);
+    {
+        auto one = std::make_unique<GamepadReader>();
+        GamepadReader other;
+        VirtualDevice pad{"shared pad"};
+        pad.setButton(SDL_CONTROLLER_BUTTON_A, true);
+        pad.setAxis(SDL_CONTROLLER_AXIS_RIGHTY, -32768);
+        InputState input;
+        one->poll(input);
+        other.poll(input);
+        one.reset();
+        input = {};
+        other.poll(input);
+        EXPECT_TRUE(input.isHeld(GamepadButton::A));
+        EXPECT_EQ(input.gamepadAxis(GamepadAxis::RightY), -1.0F);
+        EXPECT_EQ(log.take(), Lines(2, "gamepad connected (shared pad)"));
+        EXPECT_FALSE(SDL_WasInit(SDL_INIT_VIDEO));
+    }
+    EXPECT_EQ(SDL_WasInit(0), 0U);
+}
+
+TEST_F(GamepadSdlTest, LeavesSignalsAloneAndNoEventsBehind) {
+    VirtualDevice pad{"pad"};
+    for (int step = 0; step < 1000; ++step) {
+        pad.setAxis(SDL_CONTROLLER_AXIS_LEFTX, static_cast<std::int16_t>(step));
+        EXPECT_TRUE(source->query(0));
+    }
+    EXPECT_EQ(SDL_PeepEvents(nullptr, 0, SDL_PEEKEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT), 0);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        struct sigaction action {};
+        ASSERT_EQ(sigaction(signal, nullptr, &action), 0);
+        EXPECT_EQ(action.sa_handler, SIG_DFL) << "signal " << signal;
+    }
+}
+
+} // namespace
+} // namespace tarvik::app
