@@ -37,7 +37,7 @@ std::expected<fs::path, Error> followLinks(const fs::path& file) {
 std::expected<void, Error> createFolders(const fs::path& folder) {
     std::vector<fs::path> missing;
     std::error_code error;
-    for (fs::path each = folder; !each.empty() && !fs::exists(each, error) && each != each.parent_path();
+    for (fs::path each = folder; !each.empty() && fs::status(each, error).type() == fs::file_type::not_found;
          each = each.parent_path())
         if (each.has_filename())
             missing.push_back(each);

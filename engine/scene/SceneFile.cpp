@@ -1,5 +1,6 @@
 #include <tarvik/scene/SceneFile.hpp>
 
+#include <tarvik/core/JsonFields.hpp>
 #include <tarvik/core/JsonFile.hpp>
 #include <tarvik/core/Paths.hpp>
 
@@ -7,9 +8,13 @@
 #include <glm/gtc/quaternion.hpp>
 #include <glm/trigonometric.hpp>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -53,141 +58,89 @@ glm::vec3 degreesFromQuat(const glm::quat& rotation) {
     return glm::degrees(glm::vec3(std::asin(sinPitch), yaw, roll));
 }
 
-// Reads the fields of one entity. The first wrong value is remembered and later ones are ignored, so that the
-// code that reads needs no check after every field.
-class EntityReader final {
-public:
-    explicit EntityReader(const Json& json) : json_(json) {}
+float number(const JsonFields& fields, std::string_view field, Range range, double absent) {
+    return static_cast<float>(fields.number(field, range.least, range.most, absent));
+}
 
-    Entity read() {
-        Entity entity;
-        if (!json_.is_object()) {
-            error_ = fmt::format("must be an object, not a {}", json_.type_name());
-            return entity;
-        }
-        entity.name = text(json_, "name");
-        entity.transform.position = vector("position", kPosition, glm::vec3(0.0F));
-        entity.transform.rotation = quatFromDegrees(vector("rotation", kDegrees, glm::vec3(0.0F)));
-        entity.transform.scale = vector("scale", kScale, glm::vec3(1.0F));
-        entity.mesh = choice<Mesh>(json_, "mesh", kMeshNames);
-        entity.colour = colour(json_);
-        entity.behaviour = text(json_, "behaviour");
-        if (const Json* light = object("light")) {
-            entity.light = {.kind = choice<LightKind>(*light, "kind", kLightNames),
-                            .colour = colour(*light),
-                            .intensity = number(*light, "intensity", kIntensity, Light{}.intensity),
-                            .range = number(*light, "range", kReach, Light{}.range)};
-            group_ = "";
-        }
-        if (const Json* camera = object("camera")) {
-            const float fov = number(*camera, "fovY", kFovDegrees, glm::degrees(Camera{}.fovY));
-            entity.camera = {.fovY = glm::radians(fov),
-                             .nearPlane = number(*camera, "near", kNear, Camera{}.nearPlane)};
-            group_ = "";
-        }
-        return entity;
+glm::vec3 vector(const JsonFields& fields, std::string_view field, Range range, const glm::vec3& absent) {
+    const Json* value = fields.find(field);
+    if (value == nullptr)
+        return absent;
+    if (!value->is_array() || value->size() != 3) {
+        fields.fail(field, "a list of three numbers", *value);
+        return absent;
     }
+    const auto component = [&](std::size_t index) {
+        return static_cast<float>(fields.number(field, (*value)[index], range.least, range.most));
+    };
+    return {component(0), component(1), component(2)};
+}
 
-    // Empty when every field was right.
-    [[nodiscard]] const std::string& error() const { return error_; }
-
-private:
-    void fail(std::string_view field, const std::string& expected, const Json& value) {
-        if (!error_.empty())
-            return;
-        const std::string found =
-            value.is_primitive() && !value.is_string() ? value.dump() : value.type_name();
-        error_ = fmt::format("\"{}{}\" must be {}, not {}", group_, field, expected, found);
-    }
-
-    static const Json* find(const Json& object, std::string_view field) {
-        const auto found = object.find(field);
-        return found == object.end() ? nullptr : &*found;
-    }
-
-    const Json* object(std::string_view field) {
-        const Json* value = find(json_, field);
-        if (value == nullptr)
-            return nullptr;
-        if (!value->is_object()) {
-            fail(field, "an object", *value);
-            return nullptr;
-        }
-        group_ = fmt::format("{}.", field);
-        return value;
-    }
-
-    std::string text(const Json& from, std::string_view field) {
-        const Json* value = find(from, field);
-        if (value == nullptr)
-            return {};
-        if (!value->is_string()) {
-            fail(field, "a text", *value);
-            return {};
-        }
-        return value->get<std::string>();
-    }
-
-    float number(const Json& value, std::string_view field, Range range) {
-        const double parsed = value.is_number() ? value.get<double>() : std::nan("");
-        if (!(parsed >= range.least && parsed <= range.most)) {
-            fail(field, fmt::format("a number from {} to {}", range.least, range.most), value);
-            return 0.0F;
-        }
-        return static_cast<float>(parsed);
-    }
-
-    float number(const Json& from, std::string_view field, Range range, float absent) {
-        const Json* value = find(from, field);
-        return value == nullptr ? absent : number(*value, field, range);
-    }
-
-    glm::vec3 vector(std::string_view field, Range range, const glm::vec3& absent) {
-        const Json* value = find(json_, field);
-        if (value == nullptr)
-            return absent;
-        if (!value->is_array() || value->size() != 3) {
-            fail(field, "a list of three numbers", *value);
-            return absent;
-        }
-        return {number((*value)[0], field, range), number((*value)[1], field, range),
-                number((*value)[2], field, range)};
-    }
-
-    template <typename Enum, std::size_t Size>
-    Enum choice(const Json& from, std::string_view field, const std::array<std::string_view, Size>& names) {
-        const Json* value = find(from, field);
-        if (value == nullptr)
-            return Enum{};
-        for (std::size_t index = 0; index < names.size(); ++index)
-            if (*value == names[index])
-                return static_cast<Enum>(index);
-        fail(field, fmt::format("one of {}", fmt::join(names, ", ")), *value);
+template <typename Enum, std::size_t Size>
+Enum choice(const JsonFields& fields, std::string_view field,
+            const std::array<std::string_view, Size>& names) {
+    const Json* value = fields.find(field);
+    if (value == nullptr)
         return Enum{};
-    }
+    for (std::size_t index = 0; index < names.size(); ++index)
+        if (*value == names[index])
+            return static_cast<Enum>(index);
+    fields.fail(field, fmt::format("one of {}", fmt::join(names, ", ")), *value);
+    return Enum{};
+}
 
-    Colour colour(const Json& from) {
-        const Json* value = find(from, "colour");
-        if (value == nullptr)
-            return {};
-        const std::string hex = value->is_string() ? value->get<std::string>() : std::string();
-        std::uint32_t rgb = 0;
-        const auto [end, code] =
-            std::from_chars(hex.data() + (hex.empty() ? 0 : 1), hex.data() + hex.size(), rgb, 16);
-        if (hex.size() != 7 || hex[0] != '#' || code != std::errc() || end != hex.data() + hex.size()) {
-            fail("colour", "a colour like \"#3366ff\"", *value);
-            return {};
-        }
-        const auto channel = [rgb](unsigned shift) {
-            return static_cast<std::uint8_t>((rgb >> shift) & 0xFFU);
-        };
-        return {channel(16), channel(8), channel(0)};
-    }
+std::optional<Colour> parseColour(std::string_view text) {
+    if (text.size() != 7 || text[0] != '#')
+        return std::nullopt;
+    std::uint32_t rgb = 0;
+    const auto [end, code] = std::from_chars(text.data() + 1, text.data() + text.size(), rgb, 16);
+    if (code != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    const auto channel = [rgb](unsigned shift) {
+        return static_cast<std::uint8_t>((rgb >> shift) & 0xFFU);
+    };
+    return Colour{channel(16), channel(8), channel(0)};
+}
 
-    const Json& json_;
-    std::string group_; // "light." while the fields of the light are read
-    std::string error_;
-};
+Colour colour(const JsonFields& fields) {
+    const Json* value = fields.find("colour");
+    if (value == nullptr)
+        return {};
+    const auto parsed = value->is_string() ? parseColour(value->get_ref<const std::string&>()) : std::nullopt;
+    if (!parsed)
+        fields.fail("colour", "a colour like \"#3366ff\"", *value);
+    return parsed.value_or(Colour{});
+}
+
+Light readLight(const JsonFields& fields) {
+    return {.kind = choice<LightKind>(fields, "kind", kLightNames),
+            .colour = colour(fields),
+            .intensity = number(fields, "intensity", kIntensity, Light{}.intensity),
+            .range = number(fields, "range", kReach, Light{}.range)};
+}
+
+Camera readCamera(const JsonFields& fields) {
+    return {.fovY = glm::radians(number(fields, "fovY", kFovDegrees, glm::degrees(Camera{}.fovY))),
+            .nearPlane = number(fields, "near", kNear, Camera{}.nearPlane)};
+}
+
+// The problem stays empty when every field is right.
+Entity readEntity(const Json& json, std::string& problem) {
+    const JsonFields fields(json, problem);
+    Entity entity;
+    entity.name = fields.text("name");
+    entity.transform.position = vector(fields, "position", kPosition, entity.transform.position);
+    entity.transform.rotation = quatFromDegrees(vector(fields, "rotation", kDegrees, glm::vec3(0.0F)));
+    entity.transform.scale = vector(fields, "scale", kScale, entity.transform.scale);
+    entity.mesh = choice<Mesh>(fields, "mesh", kMeshNames);
+    entity.colour = colour(fields);
+    entity.behaviour = fields.text("behaviour");
+    if (const Json* light = fields.find("light"))
+        entity.light = readLight(JsonFields(*light, problem, "light."));
+    if (const Json* camera = fields.find("camera"))
+        entity.camera = readCamera(JsonFields(*camera, problem, "camera."));
+    return entity;
+}
 
 // A double that prints as the float does: 0.1 and not 0.10000000149011612.
 double tidy(float value) {
@@ -234,12 +187,8 @@ Json toJson(const Entity& entity) {
     return json;
 }
 
-std::expected<Entity, std::string> readEntity(const Json& json, std::size_t index) {
-    EntityReader reader(json);
-    Entity entity = reader.read();
-    if (!reader.error().empty())
-        return std::unexpected(fmt::format("entities[{}] \"{}\": {}", index, entity.name, reader.error()));
-    return entity;
+std::string describe(std::size_t index, const std::string& name, const std::string& problem) {
+    return fmt::format("entities[{}] \"{}\": {}", index, name, problem);
 }
 
 } // namespace
@@ -248,25 +197,25 @@ std::expected<Scene, Error> loadScene(const fs::path& file) {
     const auto json = readJsonFile(file);
     if (!json)
         return std::unexpected(json.error());
-    const auto wrong = [&](std::string_view what) {
-        return makeError("{}: {}", paths::toUtf8(file), what);
-    };
-    const auto name = json->find("name");
-    if (name != json->end() && !name->is_string())
-        return wrong(fmt::format("\"name\" must be a text, not {}", name->type_name()));
-    Scene scene(name == json->end() ? paths::toUtf8(file.stem()) : name->get<std::string>());
-    const auto entities = json->find("entities");
-    if (entities == json->end())
-        return wrong("the list \"entities\" is missing");
-    if (!entities->is_array())
-        return wrong(fmt::format("\"entities\" must be a list, not {}", entities->type_name()));
-    scene.reserve(entities->size());
-    for (const Json& each : *entities) {
-        auto entity = readEntity(each, scene.size());
-        if (!entity)
-            return wrong(entity.error());
-        scene.add(*std::move(entity));
+    std::string problem;
+    const JsonFields fields(*json, problem);
+    Scene scene(fields.find("name") == nullptr ? paths::toUtf8(file.stem()) : fields.text("name"));
+    const Json none = Json::array();
+    const Json* entities = fields.find("entities");
+    if (entities == nullptr)
+        problem = "the list \"entities\" is missing";
+    else if (!entities->is_array())
+        fields.fail("entities", "a list", *entities);
+    for (const Json& each : problem.empty() ? *entities : none) {
+        Entity entity = readEntity(each, problem);
+        if (!problem.empty()) {
+            problem = describe(scene.size(), entity.name, problem);
+            break;
+        }
+        scene.add(std::move(entity));
     }
+    if (!problem.empty())
+        return makeError("{}: {}", paths::toUtf8(file), problem);
     return scene;
 }
 
@@ -275,8 +224,11 @@ std::expected<void, Error> saveScene(const Scene& scene, const fs::path& file) {
     for (std::size_t index = 0; index < scene.size(); ++index) {
         Json json = toJson(scene.entity(index));
         // What is saved can be loaded again: a value that loading refuses, such as infinity, stays out.
-        if (const auto readBack = readEntity(json, index); !readBack)
-            return makeError("cannot write {}: {}", paths::toUtf8(file), readBack.error());
+        std::string problem;
+        static_cast<void>(readEntity(json, problem));
+        if (!problem.empty())
+            return makeError("cannot write {}: {}", paths::toUtf8(file),
+                             describe(index, scene.entityName(index), problem));
         entities.push_back(std::move(json));
     }
     return writeJsonFile(file, Json{{"name", scene.name()}, {"entities", std::move(entities)}});

@@ -32,8 +32,9 @@ public:
     ProjectRegistry& operator=(ProjectRegistry&&) noexcept;
     ~ProjectRegistry();
 
-    // A missing file is an empty list. After a failure the list is empty, the file was copied aside, and the
-    // next save starts a new one.
+    // A missing file is an empty list. Looks at every folder, see refreshMissing(). After a failure the list
+    // is empty, the file was copied aside, and the next save starts a new one. A file that could not be
+    // copied aside is never replaced: saving fails.
     [[nodiscard]] std::expected<void, Error> load();
 
     // Merges what this object added, touched or removed since it loaded or saved into what the file holds

@@ -1,0 +1,249 @@
+#include <tarvik/project/ProjectRegistry.hpp>
+
+#include "CorruptFile.hpp"
+
+#include <tarvik/core/File.hpp>
+#include <tarvik/core/JsonFields.hpp>
+#include <tarvik/core/JsonFile.hpp>
+#include <tarvik/core/Paths.hpp>
+#include <tarvik/core/Utf8.hpp>
+#include <tarvik/project/Project.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <set>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace tarvik {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// An entry of the storage file with all its fields, those of other versions included.
+struct Stored {
+    RecentProject project;
+    Json json = Json::object();
+};
+
+std::int64_t nowUnix() {
+    using namespace std::chrono;
+    return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
+}
+
+fs::path normalised(const fs::path& path) {
+    std::error_code error;
+    fs::path absolute = fs::absolute(path, error).lexically_normal();
+    if (error)
+        absolute = path.lexically_normal();
+    return absolute.has_filename() ? absolute : absolute.parent_path();
+}
+
+// A path is a text; one that is not UTF-8, which JSON cannot hold, is the list of its bytes.
+Json toJson(const fs::path& path) {
+    const std::string text = paths::toUtf8(path);
+    if (isUtf8(text))
+        return text;
+    Json bytes = Json::array();
+    for (const char byte : text)
+        bytes.push_back(static_cast<unsigned char>(byte));
+    return bytes;
+}
+
+fs::path readPath(const JsonFields& fields) {
+    const Json* bytes = fields.find("path");
+    if (bytes == nullptr || !bytes->is_array())
+        return paths::fromUtf8(fields.requiredText("path"));
+    std::string text;
+    for (const Json& byte : *bytes)
+        text += static_cast<char>(fields.number("path", byte, 1, 255));
+    return paths::fromUtf8(text);
+}
+
+bool isMissing(const fs::path& root) {
+    std::error_code error;
+    return !fs::is_regular_file(root / Project::kFileName, error);
+}
+
+void sortNewestFirst(std::vector<Stored>& entries) {
+    std::ranges::stable_sort(entries, std::ranges::greater{},
+                             [](const Stored& entry) { return entry.project.lastOpenedUnix; });
+}
+
+std::expected<std::vector<Stored>, std::string> readEntries(const Json& document) {
+    std::string problem;
+    std::vector<Stored> entries;
+    const JsonFields fields(document, problem);
+    const Json* list = fields.find("projects");
+    if (list == nullptr)
+        return entries;
+    if (!list->is_array()) {
+        fields.fail("projects", "a list", *list);
+        return std::unexpected(problem);
+    }
+    std::set<fs::path> seen;
+    for (const Json& json : *list) {
+        const JsonFields entry(json, problem);
+        RecentProject project{.path = readPath(entry),
+                              .name = entry.text("name"),
+                              .lastOpenedUnix = entry.integer("lastOpened")};
+        if (problem.empty() && project.path.empty())
+            problem = "\"path\" is empty";
+        if (!problem.empty())
+            return std::unexpected(fmt::format("projects[{}]: {}", entries.size(), problem));
+        project.path = normalised(project.path);
+        entries.push_back({std::move(project), json});
+    }
+    sortNewestFirst(entries);
+    std::erase_if(entries, [&](const Stored& entry) { return !seen.insert(entry.project.path).second; });
+    return entries;
+}
+
+struct Storage {
+    Json document = Json::object();
+    std::vector<Stored> entries;
+};
+
+// An absent file is an empty storage.
+std::expected<Storage, Error> readStorage(const fs::path& file) {
+    std::error_code error;
+    if (fs::symlink_status(file, error).type() == fs::file_type::not_found)
+        return Storage{};
+    auto document = readJsonFile(file);
+    if (!document)
+        return std::unexpected(document.error());
+    auto entries = readEntries(*document);
+    if (!entries)
+        return makeError("{}: {}", paths::toUtf8(file), entries.error());
+    return Storage{*std::move(document), *std::move(entries)};
+}
+
+} // namespace
+
+struct ProjectRegistry::State {
+    fs::path file;
+    std::vector<RecentProject> projects;
+    // What happened since the last load or save, for save to repeat on what the file holds by then.
+    std::set<fs::path> touched;
+    std::map<fs::path, std::int64_t> removed; // with the time
+
+    [[nodiscard]] auto find(const fs::path& path) {
+        return std::ranges::find(projects, path, &RecentProject::path);
+    }
+
+    void mergeInto(std::vector<Stored>& entries) const {
+        std::erase_if(entries, [&](const Stored& entry) {
+            const auto found = removed.find(entry.project.path);
+            return found != removed.end() && entry.project.lastOpenedUnix <= found->second;
+        });
+        std::vector<Stored> merged;
+        for (const RecentProject& project : projects) {
+            if (!touched.contains(project.path))
+                continue;
+            const auto known =
+                std::ranges::find(entries, project.path,
+                                  [](const Stored& entry) -> const fs::path& { return entry.project.path; });
+            if (known == entries.end()) {
+                merged.push_back({project, Json{{"path", toJson(project.path)}}});
+            } else if (known->project.lastOpenedUnix <= project.lastOpenedUnix) {
+                merged.push_back({project, std::move(known->json)});
+                entries.erase(known);
+            }
+        }
+        // Ours first: among entries of the same second the sort keeps this order.
+        std::ranges::move(entries, std::back_inserter(merged));
+        sortNewestFirst(merged);
+        entries = std::move(merged);
+    }
+};
+
+fs::path ProjectRegistry::defaultStorageFile() {
+    return paths::userDataDir() / "recent-projects.json";
+}
+
+ProjectRegistry::ProjectRegistry(fs::path storageFile) : state_(std::make_unique<State>()) {
+    state_->file = std::move(storageFile);
+}
+
+ProjectRegistry::ProjectRegistry(ProjectRegistry&&) noexcept = default;
+ProjectRegistry& ProjectRegistry::operator=(ProjectRegistry&&) noexcept = default;
+ProjectRegistry::~ProjectRegistry() = default;
+
+std::expected<void, Error> ProjectRegistry::load() {
+    state_->projects.clear();
+    state_->touched.clear();
+    state_->removed.clear();
+    auto storage = readStorage(state_->file);
+    if (!storage)
+        return std::unexpected(keepCorrupt(state_->file, storage.error()));
+    for (Stored& entry : storage->entries)
+        state_->projects.push_back(std::move(entry.project));
+    refreshMissing();
+    return {};
+}
+
+std::expected<void, Error> ProjectRegistry::save() const {
+    fs::path lockFile = state_->file;
+    lockFile += ".lock";
+    const auto lock = FileLock::acquire(lockFile);
+    if (!lock)
+        return makeError("cannot save the recent projects: {}", lock.error().message);
+    auto storage = readStorage(state_->file);
+    if (!storage) {
+        if (auto copy = keepAside(state_->file); !copy)
+            return makeError("cannot save the recent projects: {}, and {}", storage.error().message,
+                             copy.error().message);
+        storage = Storage{};
+        // What the file held is set aside; all that this object knows makes up the new one.
+        for (const RecentProject& project : state_->projects)
+            state_->touched.insert(project.path);
+    }
+    state_->mergeInto(storage->entries);
+    Json list = Json::array();
+    for (Stored& entry : storage->entries) {
+        entry.json["name"] = entry.project.name;
+        entry.json["lastOpened"] = entry.project.lastOpenedUnix;
+        list.push_back(std::move(entry.json));
+    }
+    storage->document["projects"] = std::move(list);
+    if (auto written = writeJsonFile(state_->file, storage->document); !written)
+        return makeError("cannot save the recent projects: {}", written.error().message);
+    state_->touched.clear();
+    state_->removed.clear();
+    return {};
+}
+
+std::span<const RecentProject> ProjectRegistry::projects() const {
+    return state_->projects;
+}
+
+void ProjectRegistry::touch(const fs::path& path, std::string name) {
+    if (path.empty())
+        return;
+    const fs::path root = normalised(path);
+    if (const auto known = state_->find(root); known != state_->projects.end())
+        state_->projects.erase(known);
+    state_->projects.insert(state_->projects.begin(), {root, std::move(name), nowUnix(), isMissing(root)});
+    state_->touched.insert(root);
+    state_->removed.erase(root);
+}
+
+void ProjectRegistry::remove(const fs::path& path) {
+    const fs::path root = normalised(path);
+    if (const auto known = state_->find(root); known != state_->projects.end())
+        state_->projects.erase(known);
+    state_->touched.erase(root);
+    state_->removed[root] = nowUnix();
+}
+
+void ProjectRegistry::refreshMissing() {
+    for (RecentProject& project : state_->projects)
+        project.missing = isMissing(project.path);
+}
+
+} // namespace tarvik
