@@ -76,9 +76,8 @@ VulkanViewport::VulkanViewport(AppContext& context, ViewportClient& viewportClie
 
 VulkanViewport::~VulkanViewport() {
     releaseTarget();
-    gamepad.reset();
-    lockDrainTimer.stop();
-    pointerLock.reset();
+    // The base class hides itself when this object's members are gone.
+    disconnect(this, &QWindow::visibleChanged, this, nullptr);
 }
 
 QImage VulkanViewport::captureFrame(QSize size) {
