@@ -17,6 +17,8 @@ struct GamepadReading final {
     std::int16_t leftY = 0;
     std::int16_t rightX = 0;
     std::int16_t rightY = 0;
+
+    bool operator==(const GamepadReading&) const = default;
 };
 
 namespace gamepad_bit {

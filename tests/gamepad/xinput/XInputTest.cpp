@@ -66,20 +66,15 @@ void testLife(const char* library) {
                     .sThumbLX = -32768,
                     .sThumbLY = 0,
                     .sThumbRX = 0,
-                    .sThumbRY = -32768};
+                    .sThumbRY = 32767};
         CHECK((pollAt(0ms) == std::vector<DWORD>{0, 1, 2, 2}));
-        CHECK(input.gamepadConnected());
-        CHECK(input.isHeld(GamepadButton::Y));
-        CHECK(!input.isHeld(GamepadButton::A));
-        CHECK(input.gamepadAxis(GamepadAxis::LeftX) == -1.0F);
-        CHECK(input.gamepadAxis(GamepadAxis::RightY) == 1.0F);
+        CHECK(input.gamepadConnected() && input.isHeld(GamepadButton::Y) && !input.isHeld(GamepadButton::A));
+        CHECK(input.gamepadAxis(GamepadAxis::LeftX) == -1.0F &&
+              input.gamepadAxis(GamepadAxis::LeftY) == 0.0F);
+        CHECK(input.gamepadAxis(GamepadAxis::RightX) == 0.0F &&
+              input.gamepadAxis(GamepadAxis::RightY) == -1.0F);
         CHECK(input.gamepadAxis(GamepadAxis::LeftTrigger) == 1.0F);
         CHECK(input.gamepadAxis(GamepadAxis::RightTrigger) == 0.2F);
-        pads.pad.sThumbLX = 0;
-        pads.pad.sThumbLY = 32767;
-        CHECK((pollAt(16ms) == std::vector<DWORD>{2}));
-        CHECK(input.gamepadAxis(GamepadAxis::LeftX) == 0.0F);
-        CHECK(input.gamepadAxis(GamepadAxis::LeftY) == -1.0F);
         CHECK(log.take() == Lines{"gamepad connected (XInput 2)"});
 
         pads.plugged[2] = false;
