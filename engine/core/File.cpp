@@ -37,8 +37,10 @@ std::expected<fs::path, Error> followLinks(const fs::path& file) {
 std::expected<void, Error> createFolders(const fs::path& folder) {
     std::vector<fs::path> missing;
     std::error_code error;
-    for (fs::path each = folder; !each.empty() && fs::status(each, error).type() == fs::file_type::not_found;
-         each = each.parent_path())
+    const auto isMissing = [&](const fs::path& path) {
+        return path.has_relative_path() && fs::status(path, error).type() == fs::file_type::not_found;
+    };
+    for (fs::path each = folder; isMissing(each); each = each.parent_path())
         if (each.has_filename())
             missing.push_back(each);
     while (!missing.empty()) {

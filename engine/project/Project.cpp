@@ -102,8 +102,10 @@ public:
     void willMake(const fs::path& path) {
         std::vector<fs::path> missing;
         std::error_code error;
-        for (fs::path each = path; fs::status(each, error).type() == fs::file_type::not_found;
-             each = each.parent_path())
+        const auto isMissing = [&](const fs::path& each) {
+            return each.has_relative_path() && fs::status(each, error).type() == fs::file_type::not_found;
+        };
+        for (fs::path each = path; isMissing(each); each = each.parent_path())
             missing.push_back(each);
         made_.insert(made_.end(), missing.rbegin(), missing.rend());
     }
