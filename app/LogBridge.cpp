@@ -1,6 +1,32 @@
 #include <tarvik/app/LogBridge.hpp>
 
+#include <optional>
+#include <string>
+#include <utility>
+
 namespace tarvik::app {
+
+namespace {
+
+// What the thread's last line had too is not converted again. Lines come in bursts, and the conversion to
+// local time asks the system for its time zone every time, which can take longer than all the rest of a line.
+template <auto convert, typename From>
+auto converted(const From& from) {
+    thread_local std::optional<std::pair<From, decltype(convert(from))>> latest;
+    if (!latest || latest->first != from)
+        latest.emplace(from, convert(from));
+    return latest->second;
+}
+
+QString toText(const std::string& utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+QDateTime toLocalTime(std::int64_t milliseconds) {
+    return QDateTime::fromMSecsSinceEpoch(milliseconds);
+}
+
+} // namespace
 
 LogBridge::LogBridge() = default;
 LogBridge::~LogBridge() = default;
@@ -9,9 +35,9 @@ void LogBridge::push(const LogMessage& msg) {
     constexpr std::int64_t nanosecondsPerMillisecond = 1'000'000;
     const UiLogEntry entry{
         .level = msg.level,
-        .category = QString::fromUtf8(msg.category),
-        .message = QString::fromUtf8(msg.message),
-        .time = QDateTime::fromMSecsSinceEpoch(msg.time / nanosecondsPerMillisecond),
+        .category = converted<toText>(msg.category),
+        .message = toText(msg.message),
+        .time = converted<toLocalTime>(msg.time / nanosecondsPerMillisecond),
     };
     {
         const std::scoped_lock guard(lock_);
