@@ -1,0 +1,22 @@
+#include "DisplayText.hpp"
+
+namespace tarvik::editor {
+
+QString oneLine(const QString& text) {
+    constexpr qsizetype kLongest = 1000;
+    constexpr char16_t kSymbols = 0x2400; // the block of pictures for the control characters
+    QString line = text.left(kLongest);
+    for (QChar& c : line) {
+        if (c == u'\n' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+            c = u'↵';
+        else if (c == u'\t')
+            c = u' ';
+        else if (c < u' ')
+            c = QChar(static_cast<char16_t>(kSymbols + c.unicode()));
+    }
+    if (text.size() > kLongest)
+        line += u'…';
+    return line;
+}
+
+} // namespace tarvik::editor

@@ -1,0 +1,337 @@
+#include "MainWindow.hpp"
+
+#include "DisplayText.hpp"
+#include "LogPanel.hpp"
+#include "NewProjectDialog.hpp"
+#include "SceneTree.hpp"
+#include "Session.hpp"
+#include "StartPage.hpp"
+#include "ViewportPane.hpp"
+
+#include <tarvik/app/AppContext.hpp>
+#include <tarvik/app/Paths.hpp>
+#include <tarvik/core/Log.hpp>
+#include <tarvik/core/Paths.hpp>
+#include <tarvik/renderer/RenderContext.hpp>
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QStatusBar>
+
+namespace tarvik::editor {
+namespace {
+
+constexpr int kLayoutVersion = 1;
+const char* const kGeometryKey = "mainWindow/geometry";
+const char* const kLayoutKey = "mainWindow/layout";
+
+} // namespace
+
+MainWindow::MainWindow(Session& session)
+    : session_(session),
+      pages_(new QStackedWidget),
+      startPage_(new StartPage),
+      pane_(new ViewportPane(session.options())) {
+    pages_->addWidget(startPage_);
+    pages_->addWidget(pane_);
+    setCentralWidget(pages_);
+    connect(startPage_, &StartPage::newRequested, this, &MainWindow::askForNewProject);
+    connect(startPage_, &StartPage::openRequested, this, &MainWindow::askForProject);
+    connect(startPage_, &StartPage::projectChosen, this, &MainWindow::open);
+    connect(startPage_, &StartPage::removalRequested, this, &MainWindow::forget);
+
+    createDocks();
+    createFileMenu();
+    createViewMenu();
+    createHelpMenu();
+    createStatusBar();
+
+    session_.watch(*pane_);
+    connect(pane_, &ViewportPane::frameRendered, this, [this] { ++framesShown_; });
+    connect(&session_, &Session::contextAboutToChange, this, &MainWindow::stopRendering);
+    connect(&session_, &Session::contextChanged, this, &MainWindow::startRendering);
+    logPanel_->attach(*session_.context().logBridge);
+    restoreWindowState();
+    showStartPage();
+}
+
+MainWindow::~MainWindow() {
+    pane_->stop();
+}
+
+void MainWindow::start() {
+    const app::AppOptions& options = session_.options();
+    session_.show(*this);
+    if (!options.newProjectName.isEmpty()) {
+        const auto folder = options.projectDir.isEmpty()
+                                ? paths::defaultProjectsDir() / app::toPath(options.newProjectName)
+                                : app::toPath(options.projectDir);
+        create(app::toQString(folder), options.newProjectName);
+    } else if (!options.projectDir.isEmpty()) {
+        open(options.projectDir);
+    }
+}
+
+void MainWindow::createDocks() {
+    setDockNestingEnabled(true);
+    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    const auto addDock = [this](const QString& title, const char* name, Qt::DockWidgetArea area,
+                                QWidget* content, const QKeySequence& shortcut) {
+        auto* dock = new QDockWidget(title, this);
+        dock->setObjectName(name);
+        dock->setWidget(content);
+        dock->toggleViewAction()->setShortcut(shortcut);
+        addDockWidget(area, dock);
+        return dock;
+    };
+    sceneTree_ = new SceneTree;
+    logPanel_ = new LogPanel;
+    QDockWidget* scene =
+        addDock(tr("Scene"), "sceneDock", Qt::LeftDockWidgetArea, sceneTree_, QKeySequence("Ctrl+1"));
+    QDockWidget* log =
+        addDock(tr("Log"), "logDock", Qt::BottomDockWidgetArea, logPanel_, QKeySequence("Ctrl+2"));
+    resizeDocks({scene}, {280}, Qt::Horizontal);
+    resizeDocks({log}, {220}, Qt::Vertical);
+}
+
+void MainWindow::createFileMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("&File"));
+    menu->addAction(tr("&New Project…"), QKeySequence::New, this, &MainWindow::askForNewProject);
+    menu->addAction(tr("&Open Project…"), QKeySequence::Open, this, &MainWindow::askForProject);
+    QMenu* recent = menu->addMenu(tr("Open &Recent"));
+    connect(recent, &QMenu::aboutToShow, this, [this, recent] { fillRecentMenu(*recent); });
+    menu->addSeparator();
+    projectActions_ +=
+        menu->addAction(tr("Re&load Project"), QKeySequence::Refresh, this, &MainWindow::reload);
+    projectActions_ +=
+        menu->addAction(tr("&Close Project"), QKeySequence::Close, this, &MainWindow::closeProject);
+    menu->addSeparator();
+    QAction* quit = menu->addAction(tr("&Quit"), QKeySequence::Quit, this, &MainWindow::close);
+    quit->setMenuRole(QAction::QuitRole);
+}
+
+void MainWindow::createViewMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("&View"));
+    for (const QDockWidget* dock : findChildren<QDockWidget*>()) {
+        menu->addAction(dock->toggleViewAction());
+        projectActions_ += dock->toggleViewAction();
+    }
+    menu->addSeparator();
+    QAction* grid = menu->addAction(tr("Ground &Grid"));
+    grid->setCheckable(true);
+    grid->setChecked(session_.options().grid.value_or(true));
+    grid->setShortcut(QKeySequence("Ctrl+G"));
+    connect(grid, &QAction::toggled, this, [this](bool on) { pane_->client().setGrid(on); });
+    QAction* reset = menu->addAction(tr("&Reset Layout"));
+    connect(reset, &QAction::triggered, this, [this] { restoreState(standardLayout_, kLayoutVersion); });
+    projectActions_ += {grid, reset};
+}
+
+void MainWindow::createHelpMenu() {
+    QMenu* menu = menuBar()->addMenu(tr("&Help"));
+    QAction* about = menu->addAction(tr("&About Tarvik"), this, &MainWindow::showAbout);
+    about->setMenuRole(QAction::AboutRole);
+}
+
+void MainWindow::createStatusBar() {
+    frameRateLabel_ = new QLabel;
+    frameRateLabel_->setAccessibleName(tr("Frame rate"));
+    gpuLabel_ = new QLabel;
+    gpuLabel_->setTextFormat(Qt::PlainText);
+    gpuLabel_->setAccessibleName(tr("GPU"));
+    for (QLabel* label : {frameRateLabel_, gpuLabel_}) {
+        label->setContentsMargins(8, 2, 8, 2);
+        statusBar()->addPermanentWidget(label);
+    }
+    frameRateTimer_.setInterval(1000);
+    connect(&frameRateTimer_, &QTimer::timeout, this, &MainWindow::showFrameRate);
+}
+
+// A run that nobody watches looks the same every time: it neither takes up nor leaves a window state.
+void MainWindow::restoreWindowState() {
+    resize(1280, 800);
+    standardLayout_ = saveState(kLayoutVersion);
+    if (session_.isUnattended())
+        return;
+    const QSettings settings;
+    restoreGeometry(settings.value(kGeometryKey).toByteArray());
+    restoreState(settings.value(kLayoutKey).toByteArray(), kLayoutVersion);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (!session_.isUnattended()) {
+        QSettings settings;
+        settings.setValue(kGeometryKey, saveGeometry());
+        settings.setValue(kLayoutKey, docksAvailable_ ? saveState(kLayoutVersion) : layout_);
+    }
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::open(const QString& folder) {
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    auto opened = openProject(app::toPath(folder), session_.options().scene);
+    QGuiApplication::restoreOverrideCursor();
+    if (!opened) {
+        session_.reportFailure(this, QString::fromStdString(opened.error().message));
+        if (!project_)
+            showStartPage();
+        return;
+    }
+    project_ = *std::move(opened);
+    app::AppContext& context = session_.context();
+    context.registry.touch(project_->project.rootDir(), project_->project.name());
+    context.saveRecentProjects();
+    showProject();
+}
+
+void MainWindow::create(const QString& folder, const QString& name) {
+    if (const auto created = Project::create(app::toPath(folder), name.toStdString()); created)
+        open(folder);
+    else
+        session_.reportFailure(this, QString::fromStdString(created.error().message));
+}
+
+void MainWindow::reload() {
+    if (project_)
+        open(app::toQString(project_->project.rootDir()));
+}
+
+void MainWindow::closeProject() {
+    stopRendering();
+    logPanel_->attach(*session_.context().logBridge);
+    project_.reset();
+    pane_->client().setScene(nullptr);
+    sceneTree_->setScene(nullptr);
+    showStartPage();
+}
+
+void MainWindow::showProject() {
+    pane_->client().setScene(project_->scene);
+    sceneTree_->setScene(project_->scene);
+    setDocksAvailable(true);
+    pages_->setCurrentWidget(pane_);
+    updateTitle();
+    if (pane_->viewport() == nullptr)
+        startRendering();
+    log::info("Editor", "opened {}: {} entities", paths::toUtf8(project_->project.rootDir()),
+              project_->scene->size());
+    if (!project_->sceneProblem.isEmpty())
+        session_.reportFailure(this, project_->sceneProblem);
+}
+
+void MainWindow::showStartPage() {
+    app::AppContext& context = session_.context();
+    context.registry.refreshMissing();
+    startPage_->setProjects(context.registry.projects());
+    QStringList notices;
+    for (const app::UiLogEntry& entry : context.logBridge->history()) {
+        if (entry.category == "Hub" && entry.level >= LogLevel::Warn)
+            notices += oneLine(entry.message);
+    }
+    startPage_->setNotice(notices.join('\n'));
+    setDocksAvailable(false);
+    pages_->setCurrentWidget(startPage_);
+    updateTitle();
+}
+
+void MainWindow::askForProject() {
+    auto* dialog = new QFileDialog(this, tr("Open Project"), app::toQString(paths::defaultProjectsDir()));
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QFileDialog::fileSelected, this, &MainWindow::open);
+    dialog->open();
+}
+
+void MainWindow::askForNewProject() {
+    auto* dialog = new NewProjectDialog(this);
+    connect(dialog, &NewProjectDialog::projectRequested, this, &MainWindow::create);
+    dialog->open();
+}
+
+void MainWindow::fillRecentMenu(QMenu& menu) {
+    menu.clear();
+    for (const RecentProject& recent : session_.context().registry.projects()) {
+        const QString folder = app::toQString(recent.path);
+        const QString text = oneLine(QString::fromStdString(recent.name) + " – " + folder).replace('&', "&&");
+        QAction* action = menu.addAction(recent.missing ? tr("%1 (missing)").arg(text) : text);
+        action->setEnabled(!recent.missing);
+        connect(action, &QAction::triggered, this, [this, folder] { open(folder); });
+    }
+    if (menu.isEmpty())
+        menu.addAction(tr("No Recent Projects"))->setEnabled(false);
+}
+
+void MainWindow::forget(const QString& folder) {
+    app::AppContext& context = session_.context();
+    context.registry.remove(app::toPath(folder));
+    context.saveRecentProjects();
+    showStartPage();
+}
+
+void MainWindow::startRendering() {
+    logPanel_->attach(*session_.context().logBridge);
+    if (!project_)
+        return;
+    pane_->start(session_.context());
+    frameRateClock_.start();
+    frameRateTimer_.start();
+    if (const render::RenderContext* context = session_.context().renderContext())
+        gpuLabel_->setText(oneLine(QString::fromStdString(context->deviceName())));
+}
+
+void MainWindow::stopRendering() {
+    pane_->stop();
+    logPanel_->detach();
+    frameRateTimer_.stop();
+    frameRateLabel_->clear();
+    gpuLabel_->clear();
+}
+
+// The start page stands alone; what the user arranged comes back with a project.
+void MainWindow::setDocksAvailable(bool on) {
+    for (QAction* action : projectActions_)
+        action->setEnabled(on);
+    if (on == docksAvailable_)
+        return;
+    docksAvailable_ = on;
+    if (on) {
+        restoreState(layout_, kLayoutVersion);
+        return;
+    }
+    layout_ = saveState(kLayoutVersion);
+    for (QDockWidget* dock : findChildren<QDockWidget*>())
+        dock->hide();
+}
+
+void MainWindow::updateTitle() {
+    setWindowTitle(project_ ? tr("%1 – Tarvik").arg(oneLine(QString::fromStdString(project_->project.name())))
+                            : tr("Tarvik"));
+}
+
+void MainWindow::showFrameRate() {
+    const double seconds = static_cast<double>(frameRateClock_.restart()) / 1000.0;
+    frameRateLabel_->setText(tr("%1 frames/s").arg(qRound(framesShown_ / seconds)));
+    framesShown_ = 0;
+}
+
+void MainWindow::showAbout() {
+    auto* box = new QMessageBox(QMessageBox::NoIcon, tr("About Tarvik"),
+                                tr("Tarvik Editor %1").arg(QCoreApplication::applicationVersion()),
+                                QMessageBox::Ok, this);
+    box->setInformativeText(
+        tr("Built with Qt %1. Rendering with Vulkan on %2.")
+            .arg(qVersion(), gpuLabel_->text().isEmpty() ? tr("no GPU yet") : gpuLabel_->text()));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+} // namespace tarvik::editor

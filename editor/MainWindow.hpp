@@ -1,0 +1,83 @@
+#pragma once
+
+#include "OpenedProject.hpp"
+
+#include <QElapsedTimer>
+#include <QMainWindow>
+#include <QTimer>
+
+#include <optional>
+
+class QAction;
+class QLabel;
+class QMenu;
+class QStackedWidget;
+
+namespace tarvik::editor {
+
+class LogPanel;
+class SceneTree;
+class Session;
+class StartPage;
+class ViewportPane;
+
+// The editor: the scene in the middle, its entities and the log around it; the start page while no project is
+// open.
+class MainWindow final : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit MainWindow(Session& session);
+    ~MainWindow() override;
+
+    // Shows the window, and the project that the options name.
+    void start();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void createDocks();
+    void createFileMenu();
+    void createViewMenu();
+    void createHelpMenu();
+    void createStatusBar();
+    void restoreWindowState();
+
+    void open(const QString& folder);
+    void create(const QString& folder, const QString& name);
+    void reload();
+    void closeProject();
+    void showProject();
+    void showStartPage();
+    void askForProject();
+    void askForNewProject();
+    void fillRecentMenu(QMenu& menu);
+    void forget(const QString& folder);
+
+    void startRendering();
+    void stopRendering();
+    void setDocksAvailable(bool on);
+    void updateTitle();
+    void showFrameRate();
+    void showAbout();
+
+    Session& session_;
+    std::optional<OpenedProject> project_;
+    QStackedWidget* pages_;
+    StartPage* startPage_;
+    ViewportPane* pane_;
+    SceneTree* sceneTree_ = nullptr;
+    LogPanel* logPanel_ = nullptr;
+    QList<QAction*> projectActions_; // of use only while a project is open
+    QLabel* gpuLabel_ = nullptr;
+    QLabel* frameRateLabel_ = nullptr;
+    QTimer frameRateTimer_;
+    QElapsedTimer frameRateClock_;
+    int framesShown_ = 0;
+    QByteArray standardLayout_;
+    QByteArray layout_; // of the docks, while the start page hides them
+    bool docksAvailable_ = true;
+};
+
+} // namespace tarvik::editor

@@ -1,0 +1,90 @@
+#include "NewProjectDialog.hpp"
+
+#include "EditorStyle.hpp"
+
+#include <tarvik/app/Paths.hpp>
+#include <tarvik/core/Paths.hpp>
+#include <tarvik/project/Project.hpp>
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace tarvik::editor {
+
+NewProjectDialog::NewProjectDialog(QWidget* parent)
+    : QDialog(parent),
+      name_(new QLineEdit),
+      parentFolder_(new QLineEdit(app::toQString(paths::defaultProjectsDir()))),
+      hint_(new QLabel) {
+    setWindowTitle(tr("New Project"));
+    setAttribute(Qt::WA_DeleteOnClose);
+
+    auto* browse = new QPushButton(tr("&Browse…"));
+    connect(browse, &QPushButton::clicked, this, &NewProjectDialog::chooseParentFolder);
+    auto* place = new QHBoxLayout;
+    place->addWidget(parentFolder_, 1);
+    place->addWidget(browse);
+
+    hint_->setTextFormat(Qt::PlainText);
+    hint_->setWordWrap(true);
+    hint_->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    hint_->setAlignment(Qt::AlignTop);
+    styleText(*hint_, TextRole::Muted);
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+    create_ = buttons->addButton(tr("&Create"), QDialogButtonBox::AcceptRole);
+    create_->setDefault(true);
+    connect(buttons, &QDialogButtonBox::accepted, this, &NewProjectDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &NewProjectDialog::reject);
+
+    auto* form = new QFormLayout(this);
+    form->setContentsMargins(16, 16, 16, 16);
+    form->setSpacing(12);
+    form->addRow(tr("&Name"), name_);
+    form->addRow(tr("&Folder"), place);
+    qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(parentFolder_);
+    form->addRow({}, hint_);
+    form->addRow(buttons);
+    setMinimumWidth(520);
+
+    connect(name_, &QLineEdit::textChanged, this, &NewProjectDialog::update);
+    connect(parentFolder_, &QLineEdit::textChanged, this, &NewProjectDialog::update);
+    update();
+}
+
+void NewProjectDialog::accept() {
+    Q_EMIT projectRequested(folder(), name_->text());
+    QDialog::accept();
+}
+
+void NewProjectDialog::chooseParentFolder() {
+    auto* dialog = new QFileDialog(this, tr("Folder for the Project"), parentFolder_->text());
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QFileDialog::fileSelected, parentFolder_, &QLineEdit::setText);
+    dialog->open();
+}
+
+QString NewProjectDialog::folder() const {
+    return parentFolder_->text() + '/' + name_->text();
+}
+
+void NewProjectDialog::update() {
+    const bool named = Project::isValidName(name_->text().toStdString());
+    const bool placed = !parentFolder_->text().trimmed().isEmpty();
+    create_->setEnabled(named && placed);
+    if (!named && !name_->text().isEmpty()) {
+        hint_->setText(
+            tr("A name has 1 to 64 letters of a to z, digits, spaces, hyphens or underscores, no space "
+               "at either end, and is none that Windows reserves."));
+    } else {
+        hint_->setText(named && placed ? tr("The project will be in %1").arg(folder()) : QString());
+    }
+}
+
+} // namespace tarvik::editor

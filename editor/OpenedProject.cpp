@@ -1,0 +1,61 @@
+#include "OpenedProject.hpp"
+
+#include <tarvik/app/Paths.hpp>
+#include <tarvik/core/Paths.hpp>
+#include <tarvik/scene/SceneFile.hpp>
+
+#include <algorithm>
+#include <system_error>
+
+namespace tarvik::editor {
+namespace {
+
+// A project file comes from anywhere: the scene it names must lie in the project, links resolved.
+std::expected<std::filesystem::path, Error> sceneFile(const Project& project,
+                                                      const std::filesystem::path& scene) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::path root = fs::canonical(project.rootDir(), error);
+    if (error)
+        return makeError("{}: {}", paths::toUtf8(project.rootDir()), error.message());
+    const fs::path file = fs::weakly_canonical(root / scene, error);
+    if (error)
+        return makeError("{}: {}", paths::toUtf8(root / scene), error.message());
+    const bool inside = std::mismatch(root.begin(), root.end(), file.begin(), file.end()).first == root.end();
+    if (!inside || scene.native().find(fs::path::value_type{}) != fs::path::string_type::npos) {
+        return makeError("{}: the scene lies outside the project {}", paths::toUtf8(scene),
+                         paths::toUtf8(project.rootDir()));
+    }
+    return file;
+}
+
+std::expected<Scene, Error> load(const Project& project, const std::filesystem::path& scene) {
+    const auto file = sceneFile(project, scene);
+    if (!file)
+        return std::unexpected(file.error());
+    return loadScene(*file);
+}
+
+} // namespace
+
+std::expected<OpenedProject, Error> openProject(const std::filesystem::path& folder,
+                                                const QString& sceneChoice) {
+    auto project = Project::open(folder);
+    if (!project)
+        return std::unexpected(project.error());
+    const std::filesystem::path wanted =
+        sceneChoice.isEmpty() ? paths::fromUtf8(project->defaultScene()) : app::toPath(sceneChoice);
+
+    OpenedProject opened{*std::move(project), nullptr, {}};
+    if (!wanted.empty()) {
+        if (auto scene = load(opened.project, wanted))
+            opened.scene = std::make_shared<const Scene>(*std::move(scene));
+        else
+            opened.sceneProblem = QString::fromStdString(scene.error().message);
+    }
+    if (!opened.scene)
+        opened.scene = std::make_shared<const Scene>("Empty");
+    return opened;
+}
+
+} // namespace tarvik::editor

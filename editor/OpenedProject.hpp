@@ -1,0 +1,25 @@
+#pragma once
+
+#include <tarvik/core/Error.hpp>
+#include <tarvik/project/Project.hpp>
+#include <tarvik/scene/Scene.hpp>
+
+#include <QString>
+
+#include <expected>
+#include <filesystem>
+#include <memory>
+
+namespace tarvik::editor {
+
+struct OpenedProject {
+    Project project;
+    std::shared_ptr<const Scene> scene; // never null
+    QString sceneProblem;               // why the scene is empty although the project names one
+};
+
+// sceneChoice, relative to the project, is shown instead of the default scene; empty for the default.
+[[nodiscard]] std::expected<OpenedProject, Error> openProject(const std::filesystem::path& folder,
+                                                              const QString& sceneChoice);
+
+} // namespace tarvik::editor

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QMainWindow>
+
+namespace tarvik::editor {
+
+class Session;
+class ViewportPane;
+
+// A project's game alone.
+class PlayWindow final : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit PlayWindow(Session& session);
+    ~PlayWindow() override;
+
+    // Shows the window and starts the game; a failure ends the program.
+    void play();
+
+private:
+    Session& session_;
+    ViewportPane* pane_;
+};
+
+} // namespace tarvik::editor

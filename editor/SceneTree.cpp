@@ -1,0 +1,115 @@
+#include "SceneTree.hpp"
+
+#include "DisplayText.hpp"
+#include "EditorStyle.hpp"
+
+#include <QAbstractTableModel>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSortFilterProxyModel>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace tarvik::editor {
+
+// Reads the scene in place: ten thousand entities cost a list of kinds, not copies.
+class SceneModel final : public QAbstractTableModel {
+public:
+    enum Column : std::uint8_t { Name, Kind, ColumnCount };
+
+    using QAbstractTableModel::QAbstractTableModel;
+
+    void setScene(std::shared_ptr<const Scene> scene) {
+        beginResetModel();
+        scene_ = std::move(scene);
+        kinds_.clear();
+        if (scene_)
+            collectKinds();
+        endResetModel();
+    }
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : static_cast<int>(kinds_.size());
+    }
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override {
+        return parent.isValid() ? 0 : ColumnCount;
+    }
+
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+        if (orientation == Qt::Vertical || role != Qt::DisplayRole)
+            return QAbstractTableModel::headerData(section, orientation, role);
+        return section == Name ? QObject::tr("Name") : QObject::tr("Kind");
+    }
+
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
+        const auto row = static_cast<std::size_t>(index.row());
+        if (role == Qt::ForegroundRole && index.column() == Kind)
+            return logLevelColour(LogLevel::Debug);
+        if (role == Qt::ToolTipRole && !scene_->behaviour(row).empty())
+            return QObject::tr("Behaviour: %1").arg(oneLine(QString::fromStdString(scene_->behaviour(row))));
+        if (role != Qt::DisplayRole)
+            return {};
+        return index.column() == Kind ? kinds_[row]
+                                      : oneLine(QString::fromStdString(scene_->entityName(row)));
+    }
+
+private:
+    void collectKinds() {
+        const QString meshes[kMeshCount] = {QObject::tr("Empty"), QObject::tr("Cube"), QObject::tr("Sphere"),
+                                            QObject::tr("Cylinder"), QObject::tr("Plane")};
+        for (const Mesh mesh : scene_->meshes())
+            kinds_.push_back(meshes[static_cast<std::size_t>(mesh)]);
+        for (const auto& [entity, light] : scene_->lights()) {
+            kinds_[entity] = light.kind == LightKind::Point ? QObject::tr("Point light")
+                                                            : QObject::tr("Directional light");
+        }
+        for (const auto& camera : scene_->cameras())
+            kinds_[camera.entity] = QObject::tr("Camera");
+    }
+
+    std::shared_ptr<const Scene> scene_;
+    std::vector<QString> kinds_;
+};
+
+SceneTree::SceneTree(QWidget* parent) : QWidget(parent), model_(new SceneModel(this)) {
+    auto* filtered = new QSortFilterProxyModel(this);
+    filtered->setSourceModel(model_);
+    filtered->setFilterCaseSensitivity(Qt::CaseInsensitive);
+
+    auto* filter = new QLineEdit;
+    filter->setPlaceholderText(tr("Filter by name"));
+    filter->setAccessibleName(tr("Filter entities by name"));
+    filter->setClearButtonEnabled(true);
+    connect(filter, &QLineEdit::textChanged, filtered, &QSortFilterProxyModel::setFilterFixedString);
+
+    auto* view = new QTreeView;
+    view->setModel(filtered);
+    view->setAccessibleName(tr("Entities of the scene"));
+    view->setRootIsDecorated(false);
+    view->setUniformRowHeights(true);
+    view->setAlternatingRowColors(true);
+    view->setFrameShape(QFrame::NoFrame);
+    view->header()->setStretchLastSection(false);
+    view->header()->setSectionResizeMode(SceneModel::Name, QHeaderView::Stretch);
+    view->header()->setSectionResizeMode(SceneModel::Kind, QHeaderView::Fixed);
+    view->header()->resizeSection(SceneModel::Kind,
+                                  view->fontMetrics().horizontalAdvance(tr("Directional light")) + 16);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(6, 6, 6, 6);
+    layout->setSpacing(6);
+    layout->addWidget(filter);
+    layout->addWidget(view);
+}
+
+void SceneTree::setScene(std::shared_ptr<const Scene> scene) {
+    model_->setScene(std::move(scene));
+}
+
+} // namespace tarvik::editor

@@ -1,0 +1,135 @@
+#include "SceneViewClient.hpp"
+
+#include "CommandLine.hpp"
+
+#include <glm/geometric.hpp>
+#include <glm/gtc/constants.hpp>
+#include <glm/gtc/quaternion.hpp>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarvik::editor {
+namespace {
+
+constexpr glm::vec3 kUp{0.0F, 1.0F, 0.0F};
+constexpr float kTurnSeconds = 75.0F; // one full circle
+
+struct Sphere {
+    glm::vec3 centre{0.0F};
+    float radius = 4.0F;
+};
+
+// Where the things are that one wants to see. Planes are left out: a wide ground would push the camera away.
+Sphere boundsOf(const Scene& scene) {
+    glm::vec3 low{0.0F};
+    glm::vec3 high{0.0F};
+    bool any = false;
+    for (std::size_t i = 0; i < scene.size(); ++i) {
+        const Mesh mesh = scene.meshes()[i];
+        if (mesh == Mesh::None || mesh == Mesh::Plane)
+            continue;
+        const Transform& transform = scene.transforms()[i];
+        const glm::vec3 reach(0.5F * glm::length(transform.scale));
+        low = any ? glm::min(low, transform.position - reach) : transform.position - reach;
+        high = any ? glm::max(high, transform.position + reach) : transform.position + reach;
+        any = true;
+    }
+    if (!any)
+        return {};
+    return {0.5F * (low + high), std::max(0.5F * glm::length(high - low), 0.5F)};
+}
+
+glm::vec3 turned(const glm::vec3& arm, float angle) {
+    return glm::angleAxis(angle, kUp) * arm;
+}
+
+// A camera that looks straight up or down has no horizon to keep: tilt it a little.
+glm::vec3 tilted(const glm::vec3& eye, const glm::vec3& target) {
+    const glm::vec3 arm = eye - target;
+    const float length = glm::length(arm);
+    if (std::hypot(arm.x, arm.z) > 0.001F * length)
+        return eye;
+    return eye + glm::vec3(0.0F, 0.0F, std::max(0.002F * length, 0.01F));
+}
+
+} // namespace
+
+SceneViewClient::SceneViewClient(const app::AppOptions& options)
+    : chosenEye_(parsePoint(options.cameraEye)),
+      chosenTarget_(parsePoint(options.cameraTarget)),
+      play_(options.play),
+      still_(options.still) {
+    settings_.grid = options.grid.value_or(true);
+    settings_.finalPicture = play_ && !options.grid.value_or(false);
+    placeCamera();
+}
+
+void SceneViewClient::setScene(std::shared_ptr<const Scene> scene) {
+    scene_ = std::move(scene);
+    placeCamera();
+}
+
+void SceneViewClient::placeCamera() {
+    const Sphere bounds = scene_ ? boundsOf(*scene_) : Sphere{};
+    target_ = bounds.centre;
+    lens_ = {};
+    eye_ = bounds.centre + 2.4F * bounds.radius * glm::normalize(glm::vec3(0.8F, 0.5F, 1.0F));
+    circling_ = !still_;
+    angle_ = 0.0F;
+    if (scene_ && !scene_->cameras().empty()) {
+        const auto& [entity, camera] = scene_->cameras().front();
+        const Transform& place = scene_->transforms()[entity];
+        const glm::vec3 forward = place.rotation * glm::vec3(0.0F, 0.0F, -1.0F);
+        // The point the camera looks at that is nearest to the middle of things.
+        const float distance = glm::dot(bounds.centre - place.position, forward);
+        eye_ = place.position;
+        target_ = eye_ + std::max(distance, 1.0F) * forward;
+        lens_ = camera;
+        circling_ = circling_ && !play_;
+    }
+    eye_ = chosenEye_.value_or(eye_);
+    target_ = chosenTarget_.value_or(target_);
+    if (glm::distance(eye_, target_) < 0.001F)
+        eye_ = target_ + glm::vec3(0.0F, 0.0F, 1.0F);
+    eye_ = tilted(eye_, target_);
+}
+
+void SceneViewClient::update(float dt, const InputState&, bool) {
+    if (circling_)
+        angle_ = std::fmod(angle_ + dt * glm::two_pi<float>() / kTurnSeconds, glm::two_pi<float>());
+}
+
+const Scene* SceneViewClient::activeScene() {
+    return scene_.get();
+}
+
+CameraView SceneViewClient::cameraView(float aspect) {
+    return lookAt(target_ + turned(eye_ - target_, angle_), target_, lens_.fovY, aspect, lens_.nearPlane);
+}
+
+render::RenderSettings SceneViewClient::renderSettings() {
+    return settings_;
+}
+
+void SceneViewClient::clicked(glm::vec2) {}
+
+bool SceneViewClient::mousePressed(glm::vec2, Qt::MouseButton, Qt::KeyboardModifiers) {
+    return false;
+}
+
+void SceneViewClient::mouseMoved(glm::vec2, Qt::KeyboardModifiers) {}
+
+void SceneViewClient::mouseReleased(glm::vec2, Qt::MouseButton) {}
+
+bool SceneViewClient::canDrop(const QList<QUrl>&) {
+    return false;
+}
+
+void SceneViewClient::dropped(const QList<QUrl>&, glm::vec2) {}
+
+bool SceneViewClient::keyPressed(int, Qt::KeyboardModifiers) {
+    return false;
+}
+
+} // namespace tarvik::editor

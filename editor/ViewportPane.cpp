@@ -1,0 +1,73 @@
+#include "ViewportPane.hpp"
+
+#include "RenderFailurePanel.hpp"
+
+#include <tarvik/app/AppContext.hpp>
+#include <tarvik/app/VulkanViewport.hpp>
+
+#include <QVBoxLayout>
+
+namespace tarvik::editor {
+
+ViewportPane::ViewportPane(const app::AppOptions& options, QWidget* parent)
+    : QWidget(parent),
+      client_(options) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    setMinimumSize(160, 120);
+}
+
+ViewportPane::~ViewportPane() {
+    stop();
+}
+
+app::VulkanViewport* ViewportPane::viewport() const { return viewport_; }
+
+QWidget* ViewportPane::container() const { return container_; }
+
+void ViewportPane::start(app::AppContext& context) {
+    stop();
+    auto viewport = std::make_unique<app::VulkanViewport>(context, client_);
+    if (viewport->hasFailed()) {
+        showFailure(context.rendererError());
+        return;
+    }
+    connect(viewport.get(), &app::VulkanViewport::frameRendered, this, &ViewportPane::frameRendered);
+    // Queued: the viewport must not be deleted inside its own signal. Another viewport may be there by then.
+    connect(
+        viewport.get(), &app::VulkanViewport::renderFailed, this,
+        [this](const QString& reason) {
+            if (viewport_ && viewport_->hasFailed())
+                showFailure(reason);
+        },
+        Qt::QueuedConnection);
+
+    viewport_ = viewport.get();
+    container_ = createWindowContainer(viewport.release(), this);
+    container_->setFocusPolicy(Qt::StrongFocus);
+    container_->setAccessibleName(tr("Scene view"));
+    viewport_->setInputContainer(container_);
+    show(container_);
+}
+
+void ViewportPane::stop() {
+    delete content_;
+}
+
+void ViewportPane::showFailure(const QString& reason) {
+    auto* panel = new RenderFailurePanel(reason);
+    // Queued: the restart deletes the panel with its button.
+    connect(panel, &RenderFailurePanel::restartRequested, this, &ViewportPane::restartRequested,
+            Qt::QueuedConnection);
+    show(panel);
+    Q_EMIT renderFailed(reason);
+}
+
+void ViewportPane::show(QWidget* content) {
+    delete content_;
+    content_ = content;
+    layout()->addWidget(content);
+    content->show();
+}
+
+} // namespace tarvik::editor

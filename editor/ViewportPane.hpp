@@ -1,0 +1,48 @@
+#pragma once
+
+#include "SceneViewClient.hpp"
+
+#include <QPointer>
+#include <QWidget>
+
+namespace tarvik::app {
+class AppContext;
+class VulkanViewport;
+} // namespace tarvik::app
+
+namespace tarvik::editor {
+
+// The place of the scene in a window: the viewport, or why there is none.
+class ViewportPane final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ViewportPane(const app::AppOptions& options, QWidget* parent = nullptr);
+    ~ViewportPane() override;
+
+    [[nodiscard]] SceneViewClient& client() { return client_; }
+
+    // The context is borrowed until stop().
+    void start(app::AppContext& context);
+    void stop();
+
+    // Both null while nothing is drawn.
+    [[nodiscard]] app::VulkanViewport* viewport() const;
+    [[nodiscard]] QWidget* container() const;
+
+Q_SIGNALS:
+    void frameRendered();
+    void renderFailed(const QString& reason);
+    void restartRequested();
+
+private:
+    void showFailure(const QString& reason);
+    void show(QWidget* content);
+
+    SceneViewClient client_;
+    QPointer<QWidget> content_;
+    QPointer<QWidget> container_;
+    QPointer<app::VulkanViewport> viewport_; // owned by its container
+};
+
+} // namespace tarvik::editor

@@ -1,0 +1,93 @@
+#include "CommandLine.hpp"
+#include "EditorStyle.hpp"
+#include "LogFileSink.hpp"
+#include "MainWindow.hpp"
+#include "PlayWindow.hpp"
+#include "Session.hpp"
+
+#include <tarvik/core/ConsoleSink.hpp>
+#include <tarvik/core/Logger.hpp>
+#include <tarvik/renderer/Instance.hpp>
+
+#include <QApplication>
+#include <QElapsedTimer>
+
+#include <cstdio>
+#include <exception>
+
+namespace {
+
+using namespace tarvik;
+using namespace tarvik::editor;
+
+int say(ExitStatus status, const QString& text) {
+    const QByteArray bytes = text.toLocal8Bit();
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()),
+                status == ExitStatus::Done ? stdout : stderr);
+    return static_cast<int>(status);
+}
+
+std::expected<app::AppOptions, CommandLineStop> readCommandLine(int argc, char** argv) {
+    // Without windows: the command line is understood where there is no display.
+    const QCoreApplication application(argc, argv);
+    return parseCommandLine(QCoreApplication::arguments());
+}
+
+int listGpus() {
+    try {
+        QString text;
+        for (const rhi::Gpu& gpu : rhi::Instance::availableGpus()) {
+            text += QString("%1  %2 (%3)\n")
+                        .arg(QString::number(gpu.index), QString::fromStdString(gpu.name),
+                             QString::fromStdString(gpu.kind));
+        }
+        return say(ExitStatus::Done, text);
+    } catch (const std::exception& e) {
+        return say(ExitStatus::Failed, QString("tarvik-editor: %1\n").arg(QString::fromUtf8(e.what())));
+    }
+}
+
+int run(int argc, char** argv, const app::AppOptions& options, const QElapsedTimer& sinceStart) {
+    // Siblings of the viewport that became native windows could hide it.
+    QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
+    QApplication application(argc, argv);
+    applyEditorStyle(application);
+
+    Session session(options, sinceStart);
+    if (options.play) {
+        PlayWindow window(session);
+        window.play();
+        QApplication::exec();
+    } else {
+        MainWindow window(session);
+        window.start();
+        QApplication::exec();
+    }
+    return session.finish();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    QCoreApplication::setOrganizationName("Tarvik");
+    QCoreApplication::setApplicationName("tarvik-editor");
+    QCoreApplication::setApplicationVersion(TARVIK_VERSION);
+
+    const auto options = readCommandLine(argc, argv);
+    if (!options)
+        return say(options.error().status, options.error().text);
+
+    Logger& logger = Logger::instance();
+    logger.setThreshold(static_cast<LogLevel>(options->logLevel));
+    if (!options->quiet)
+        logger.addSink(std::make_shared<ConsoleSink>());
+    if (!options->logFile.isEmpty()) {
+        auto sink = std::make_shared<LogFileSink>(options->logFile);
+        if (!sink->problem().isEmpty())
+            return say(ExitStatus::Failed, QString("tarvik-editor: %1\n").arg(sink->problem()));
+        logger.addSink(std::move(sink));
+    }
+    return options->listGpus ? listGpus() : run(argc, argv, *options, sinceStart);
+}
