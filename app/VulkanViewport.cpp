@@ -100,8 +100,10 @@ QImage VulkanViewport::captureFrame(QSize size) {
             .copy();
     } catch (const std::exception& e) {
         log::error("Viewport", "capture failed: {}", e.what());
-        return {};
+    } catch (...) {
+        log::error("Viewport", "capture failed: an exception of unknown type");
     }
+    return {};
 }
 
 void VulkanViewport::setVsync(bool on) {
@@ -274,6 +276,10 @@ void VulkanViewport::renderFrame() {
     } catch (const std::exception& e) {
         if (self)
             fail(QStringLiteral("Rendering failed: %1").arg(QString::fromUtf8(e.what())));
+    } catch (...) {
+        // A client may throw what it likes, but not into the event loop.
+        if (self)
+            fail(QStringLiteral("Rendering failed: an exception of unknown type"));
     }
 }
 
