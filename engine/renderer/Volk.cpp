@@ -1,0 +1,2 @@
+#define VOLK_IMPLEMENTATION
+#include <volk.h>
