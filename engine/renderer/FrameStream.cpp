@@ -29,7 +29,8 @@ struct GpuLight {
 struct FrameData {
     glm::mat4 viewProjection;
     glm::mat4 rayFromClip;
-    glm::vec4 eye;
+    glm::vec3 eye;
+    float gridReach;
     std::array<std::uint32_t, 4> counts;
     std::array<GpuLight, kDirectionalLights> directional;
     std::array<GpuLight, kPointLights> points;
@@ -105,8 +106,8 @@ FrameData describe(const Scene& scene, const CameraView& view) {
     data.viewProjection = view.projection * view.view;
     data.rayFromClip = glm::inverse(view.projection * glm::mat4(glm::mat3(view.view)));
     // From higher up, more of the ground is seen.
-    const float gridReach = std::clamp(std::abs(view.position.y) * 20.0F, 80.0F, 4000.0F);
-    data.eye = {view.position, gridReach};
+    data.gridReach = std::clamp(std::abs(view.position.y) * 20.0F, 80.0F, 4000.0F);
+    data.eye = view.position;
     writeLights(scene, view.position, data);
     return data;
 }

@@ -9,7 +9,8 @@ struct Light {
 layout(buffer_reference, std430, buffer_reference_align = 16) readonly buffer Frame {
     mat4 viewProjection;
     mat4 rayFromClip; // from a point of the near plane to its direction in the world
-    vec4 eye;         // w: how far the grid reaches, in metres
+    vec3 eye;
+    float gridReach;  // metres
     uvec4 counts;     // directional lights, point lights
     Light directional[4];
     Light points[16];

@@ -39,10 +39,10 @@ void main() {
         colour = mix(kLine, kAxisZ, onZ / max(onZ, strength));
     strength = max(strength, max(onX, onZ));
 
-    float distance = length(ground - frame.eye.xz) / frame.eye.w;
+    float distance = length(ground - frame.eye.xz) / frame.gridReach;
     float fade = 1.0 - smoothstep(0.15, 1.0, distance);
     // Seen from near the ground, far lines melt together: let them go sooner.
-    vec3 view = frame.eye.xyz - vec3(ground.x, 0.0, ground.y);
+    vec3 view = frame.eye - vec3(ground.x, 0.0, ground.y);
     fade *= smoothstep(0.0, 0.12, abs(view.y) / max(length(view), 1e-4));
     result = encoded(toLinear(colour), strength * fade);
 }

@@ -34,7 +34,7 @@ vec3 compressed(vec3 colour) {
 
 void main() {
     vec3 n = surfaceNormal();
-    vec3 toEye = normalize(frame.eye.xyz - world);
+    vec3 toEye = normalize(frame.eye - world);
     vec3 colour = albedo * mix(kGroundLight, kSkyLight, 0.5 + 0.5 * n.y);
     for (uint i = 0; i < frame.counts.x; ++i)
         colour += lit(n, toEye, frame.directional[i].place.xyz, frame.directional[i].colour.rgb);
