@@ -43,7 +43,7 @@ tidy() {
     local stamp began=$SECONDS
     stamp=$passed/$(cat - "$1" <<<"$1 $surroundings" | sha256sum | cut -d ' ' -f 1)
     [[ ! -e $stamp ]] || return 0
-    clang-tidy-19 -p "$passed" --quiet --extra-arg=-Wno-unknown-warning-option "$1" 2> >(grep -v 'warnings generated' >&2) ||
+    clang-tidy-19 -p "$passed" --quiet "$1" 2> >(grep -v 'warnings generated' >&2) ||
         return 1
     touch "$stamp"
     printf '  %s (%d s)\n' "$1" $((SECONDS - began))
