@@ -28,17 +28,30 @@ std::string_view kindOf(const Json& value) {
 
 } // namespace
 
-JsonFields::JsonFields(const Json& object, std::string& problem, std::string prefix)
-    : object_(object),
-      problem_(problem),
-      prefix_(std::move(prefix)) {
+JsonFields::JsonFields(const Json& object, std::string& problem) : JsonFields(object, problem, {}) {
     if (!object_.is_object() && problem_.empty())
         problem_ = fmt::format("an object is expected, not {}", kindOf(object_));
 }
 
+JsonFields::JsonFields(const Json& object, std::string& problem, std::string prefix)
+    : object_(object),
+      problem_(problem),
+      prefix_(std::move(prefix)) {}
+
 const Json* JsonFields::find(std::string_view field) const {
     const auto found = object_.find(field);
     return found == object_.end() ? nullptr : &*found;
+}
+
+std::optional<JsonFields> JsonFields::object(std::string_view field) const {
+    const Json* value = find(field);
+    if (value == nullptr)
+        return std::nullopt;
+    if (!value->is_object()) {
+        fail(field, "an object", *value);
+        return std::nullopt;
+    }
+    return JsonFields(*value, problem_, fmt::format("{}{}.", prefix_, field));
 }
 
 std::string JsonFields::text(std::string_view field) const {

@@ -19,7 +19,8 @@ namespace {
 
 constexpr std::uint64_t kMaxBytes = 256ULL << 20U;
 constexpr std::size_t kMaxDepth = 64;
-constexpr std::size_t kMaxFields = 1024;       // of one object: finding a field takes a linear search
+constexpr std::size_t kMaxFields = 256;        // of one object: finding a field takes a linear search
+constexpr std::size_t kMaxText = 4U << 20U;    // bytes; a syntax error within a text quotes all of it
 constexpr std::size_t kMaxValues = 10'000'000; // a value takes some 50 bytes of memory
 
 struct Problem {
@@ -51,10 +52,14 @@ std::optional<Problem> findExcess(std::string_view text) {
     std::array<std::size_t, kMaxDepth> fields{};
     std::size_t depth = 0;
     std::size_t values = 1;
+    std::size_t end = 0;
     for (std::size_t index = 0; index < text.size(); ++index) {
         switch (text[index]) {
         case '"':
-            index = endOfString(text, index);
+            end = endOfString(text, index);
+            if (end - index > kMaxText)
+                return Problem{index, fmt::format("a text of more than {} bytes", kMaxText)};
+            index = end;
             break;
         case '{':
         case '[':
@@ -74,6 +79,8 @@ std::optional<Problem> findExcess(std::string_view text) {
             if (depth > 0 && ++fields[depth - 1] > kMaxFields)
                 return Problem{index, fmt::format("an object has more than {} fields", kMaxFields)};
             break;
+        case '\0': // which the parser would take for the end of the file
+            return Problem{index, "a NUL byte"};
         default:
             break;
         }

@@ -135,10 +135,10 @@ Entity readEntity(const Json& json, std::string& problem) {
     entity.mesh = choice<Mesh>(fields, "mesh", kMeshNames);
     entity.colour = colour(fields);
     entity.behaviour = fields.text("behaviour");
-    if (const Json* light = fields.find("light"))
-        entity.light = readLight(JsonFields(*light, problem, "light."));
-    if (const Json* camera = fields.find("camera"))
-        entity.camera = readCamera(JsonFields(*camera, problem, "camera."));
+    if (const auto light = fields.object("light"))
+        entity.light = readLight(*light);
+    if (const auto camera = fields.object("camera"))
+        entity.camera = readCamera(*camera);
     return entity;
 }
 

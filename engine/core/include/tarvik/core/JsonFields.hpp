@@ -4,6 +4,7 @@
 #include <tarvik/core/JsonFile.hpp>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,11 +14,13 @@ namespace tarvik {
 // stays empty while all is well; later ones are ignored, so that reading needs no check after every field.
 class TARVIK_CORE_API JsonFields final {
 public:
-    // The prefix stands before field names in the problem: "light." for the fields of an entity's light.
-    JsonFields(const Json& object, std::string& problem, std::string prefix = {});
+    JsonFields(const Json& object, std::string& problem);
 
     // Null when the field is absent.
     [[nodiscard]] const Json* find(std::string_view field) const;
+
+    // The fields of an object within this one; their names are then "light.kind" in the problem.
+    [[nodiscard]] std::optional<JsonFields> object(std::string_view field) const;
 
     [[nodiscard]] std::string text(std::string_view field) const; // empty when absent
     [[nodiscard]] std::string requiredText(std::string_view field) const;
@@ -31,6 +34,8 @@ public:
     void fail(std::string_view field, std::string_view expected, const Json& value) const;
 
 private:
+    JsonFields(const Json& object, std::string& problem, std::string prefix);
+
     const Json& object_;
     std::string& problem_;
     std::string prefix_;

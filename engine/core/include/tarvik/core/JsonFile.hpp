@@ -15,8 +15,8 @@ namespace tarvik {
 using Json = nlohmann::ordered_json;
 
 // Reads a JSON object. Every failure names the file; a syntax error names line and column too. Input is
-// bounded: 256 MiB, 64 levels of nesting, 1024 fields in an object, 10 million values. Text that is not UTF-8
-// is an error.
+// bounded: 256 MiB, 64 levels of nesting, texts of 4 MiB, 256 fields in an object, 10 million values. Text
+// that is not UTF-8 is an error.
 [[nodiscard]] TARVIK_CORE_API std::expected<Json, Error> readJsonFile(const std::filesystem::path& file);
 
 // Durable (writeFileDurably), indented by two spaces, ending in a line feed.
