@@ -1,0 +1,43 @@
+#include <tarvik/scene/CameraView.hpp>
+
+#include <glm/geometric.hpp>
+#include <glm/matrix.hpp>
+#include <glm/vec4.hpp>
+#include <gtest/gtest.h>
+
+namespace tarvik {
+namespace {
+
+glm::vec3 project(const CameraView& camera, const glm::vec3& point) {
+    const glm::vec4 clip = camera.projection * camera.view * glm::vec4(point, 1.0F);
+    return glm::vec3(clip) / clip.w;
+}
+
+TEST(CameraViewTest, WorldLandsInVulkansReversedClipSpace) {
+    const CameraView camera = lookAt({0.0F, 0.0F, 5.0F}, {0.0F, 0.0F, 0.0F}, 1.57079633F, 2.0F, 0.5F);
+    EXPECT_NEAR(project(camera, {0.0F, 0.0F, 4.5F}).z, 1.0F, 1e-5F) << "near plane";
+    EXPECT_NEAR(project(camera, {0.0F, 0.0F, -1e6F}).z, 0.0F, 1e-5F) << "infinity";
+    EXPECT_NEAR(project(camera, {0.0F, 5.0F, 0.0F}).y, -1.0F, 1e-5F) << "up is towards -1";
+    EXPECT_NEAR(project(camera, {10.0F, 0.0F, 0.0F}).x, 1.0F, 1e-5F) << "right edge, wider than high";
+    EXPECT_EQ(camera.position, glm::vec3(0.0F, 0.0F, 5.0F));
+}
+
+TEST(CameraViewTest, EveryDirectionGivesARigidView) {
+    const glm::vec3 eye(1.0F, 2.0F, 3.0F);
+    for (const glm::vec3 direction :
+         {glm::vec3(0.0F, 1.0F, 0.0F), glm::vec3(0.0F, -1.0F, 0.0F), glm::vec3(1e-6F, -1.0F, 0.0F),
+          glm::vec3(1e-3F, 1.0F, -1e-3F), glm::vec3(0.0F, 0.0F, -1e-4F), glm::vec3(3000.0F, 1.0F, 2.0F)}) {
+        const CameraView camera = lookAt(eye, eye + direction, 1.0F, 1.5F, 0.1F);
+        const glm::mat3 rotation(camera.view);
+        const glm::mat3 identity = rotation * glm::transpose(rotation);
+        for (int column = 0; column < 3; ++column)
+            for (int row = 0; row < 3; ++row)
+                EXPECT_NEAR(identity[column][row], column == row ? 1.0F : 0.0F, 1e-4F) << direction.x;
+        const glm::vec3 seen = project(camera, eye + direction);
+        EXPECT_NEAR(seen.x, 0.0F, 1e-3F);
+        EXPECT_NEAR(seen.y, 0.0F, 1e-3F);
+    }
+}
+
+} // namespace
+} // namespace tarvik
