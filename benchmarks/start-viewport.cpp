@@ -1,0 +1,52 @@
+// Shows a small scene in a viewport, prints a line when its first frame is presented, and ends.
+#include "IdleClient.hpp"
+
+#include <tarvik/app/AppContext.hpp>
+#include <tarvik/app/VulkanViewport.hpp>
+
+#include <QGuiApplication>
+
+#include <fmt/format.h>
+
+#include <cstdio>
+
+namespace {
+
+class Client final : public tarvik::bench::IdleClient {
+public:
+    Client() {
+        tarvik::Entity cube;
+        cube.mesh = tarvik::Mesh::Cube;
+        scene_.add(cube);
+        tarvik::Entity sun;
+        sun.light = tarvik::Light{};
+        scene_.add(sun);
+    }
+    const tarvik::Scene* activeScene() override { return &scene_; }
+
+private:
+    tarvik::Scene scene_{"small"};
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QGuiApplication application(argc, argv);
+    tarvik::app::AppContext context({});
+    Client client;
+    tarvik::app::VulkanViewport viewport(context, client);
+    if (viewport.hasFailed()) {
+        fmt::print(stderr, "{}\n", context.rendererError().toStdString());
+        return 1;
+    }
+    QObject::connect(&viewport, &tarvik::app::VulkanViewport::frameRendered, &application, [] {
+        fmt::print("presented\n");
+        std::fflush(stdout);
+        QCoreApplication::quit();
+    });
+    QObject::connect(&viewport, &tarvik::app::VulkanViewport::renderFailed, &application,
+                     [] { QCoreApplication::exit(1); });
+    viewport.resize(800, 600);
+    viewport.show();
+    return QGuiApplication::exec();
+}
