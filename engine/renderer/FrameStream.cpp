@@ -126,7 +126,8 @@ void FrameStream::write(const Scene& scene, const CameraView& view) {
 
     const FrameData data = describe(scene, view);
     std::memcpy(buffer_.data(), &data, sizeof data);
-    ranges_ = writeInstances(scene, {reinterpret_cast<Instance*>(buffer_.data() + kInstanceOffset), count});
+    ranges_ = writeInstances(scene, view.position,
+                             {reinterpret_cast<Instance*>(buffer_.data() + kInstanceOffset), count});
 }
 
 } // namespace tarvik::render

@@ -9,8 +9,12 @@ namespace tarvik::render {
 
 namespace {
 
-constexpr std::uint32_t kSegments = 32; // around an axis
-constexpr std::uint32_t kRings = 20;    // of a sphere, from pole to pole
+struct Detail {
+    std::uint32_t segments; // around an axis
+    std::uint32_t rings;    // of a sphere, from pole to pole
+};
+constexpr Detail kFull{40, 24};
+constexpr Detail kCoarse{14, 8};
 
 class Builder final {
 public:
@@ -36,11 +40,14 @@ public:
     }
 
     template <typename Fill>
-    void mesh(Mesh mesh, Fill fill) {
+    MeshRange range(Fill fill) {
         const auto first = static_cast<std::uint32_t>(geometry_.indices.size());
-        fill();
-        const auto end = static_cast<std::uint32_t>(geometry_.indices.size());
-        geometry_.ranges[static_cast<std::size_t>(mesh)] = {first, end - first};
+        fill(*this);
+        return {first, static_cast<std::uint32_t>(geometry_.indices.size()) - first};
+    }
+
+    void set(Mesh mesh, const MeshRange& full, const MeshRange& coarse) {
+        geometry_.meshes[static_cast<std::size_t>(mesh)] = {full, coarse};
     }
 
     Geometry take() { return std::move(geometry_); }
@@ -53,10 +60,10 @@ constexpr glm::vec3 kX{1.0F, 0.0F, 0.0F};
 constexpr glm::vec3 kY{0.0F, 1.0F, 0.0F};
 constexpr glm::vec3 kZ{0.0F, 0.0F, 1.0F};
 
-// The direction in the xz plane of one of kSegments steps around y, from z towards x.
-glm::vec3 around(std::uint32_t segment) {
+// The direction in the xz plane of one of the steps around y, from z towards x.
+glm::vec3 around(std::uint32_t segment, std::uint32_t segments) {
     const float angle =
-        glm::two_pi<float>() * static_cast<float>(segment % kSegments) / static_cast<float>(kSegments);
+        glm::two_pi<float>() * static_cast<float>(segment % segments) / static_cast<float>(segments);
     return std::sin(angle) * kX + std::cos(angle) * kZ;
 }
 
@@ -69,17 +76,17 @@ void cube(Builder& build) {
     build.square(-0.5F * kZ, -kX, kY);
 }
 
-void sphere(Builder& build) {
-    std::vector<std::uint32_t> ring(kSegments + 1);
+void sphere(Builder& build, Detail detail) {
+    std::vector<std::uint32_t> ring(detail.segments + 1);
     std::vector<std::uint32_t> above;
-    for (std::uint32_t i = 0; i <= kRings; ++i) {
-        const float angle = glm::pi<float>() * static_cast<float>(i) / static_cast<float>(kRings);
-        for (std::uint32_t j = 0; j <= kSegments; ++j) {
-            const glm::vec3 direction = std::cos(angle) * kY + std::sin(angle) * around(j);
+    for (std::uint32_t i = 0; i <= detail.rings; ++i) {
+        const float angle = glm::pi<float>() * static_cast<float>(i) / static_cast<float>(detail.rings);
+        for (std::uint32_t j = 0; j <= detail.segments; ++j) {
+            const glm::vec3 direction = std::cos(angle) * kY + std::sin(angle) * around(j, detail.segments);
             ring[j] = build.vertex(0.5F * direction, direction);
         }
-        for (std::uint32_t j = 0; i > 0 && j < kSegments; ++j) {
-            if (i < kRings)
+        for (std::uint32_t j = 0; i > 0 && j < detail.segments; ++j) {
+            if (i < detail.rings)
                 build.triangle(above[j], ring[j], ring[j + 1]);
             if (i > 1)
                 build.triangle(above[j], ring[j + 1], above[j + 1]);
@@ -88,12 +95,12 @@ void sphere(Builder& build) {
     }
 }
 
-void cylinder(Builder& build) {
+void cylinder(Builder& build, Detail detail) {
     const std::uint32_t top = build.vertex(0.5F * kY, kY);
     const std::uint32_t bottom = build.vertex(-0.5F * kY, -kY);
-    for (std::uint32_t j = 0; j < kSegments; ++j) {
-        const glm::vec3 left = around(j);
-        const glm::vec3 right = around(j + 1);
+    for (std::uint32_t j = 0; j < detail.segments; ++j) {
+        const glm::vec3 left = around(j, detail.segments);
+        const glm::vec3 right = around(j + 1, detail.segments);
         const auto corner = [&](const glm::vec3& side, const glm::vec3& end, const glm::vec3& normal) {
             return build.vertex(0.5F * side + 0.5F * end, normal);
         };
@@ -112,10 +119,18 @@ void cylinder(Builder& build) {
 
 Geometry makeGeometry() {
     Builder build;
-    build.mesh(Mesh::Cube, [&] { cube(build); });
-    build.mesh(Mesh::Sphere, [&] { sphere(build); });
-    build.mesh(Mesh::Cylinder, [&] { cylinder(build); });
-    build.mesh(Mesh::Plane, [&] { build.square({}, kX, -kZ); });
+    const MeshRange box = build.range(cube);
+    build.set(Mesh::Cube, box, box);
+    const auto ball = [&](Detail detail) {
+        return build.range([&](Builder& b) { sphere(b, detail); });
+    };
+    build.set(Mesh::Sphere, ball(kFull), ball(kCoarse));
+    const auto column = [&](Detail detail) {
+        return build.range([&](Builder& b) { cylinder(b, detail); });
+    };
+    build.set(Mesh::Cylinder, column(kFull), column(kCoarse));
+    const MeshRange flat = build.range([](Builder& b) { b.square({}, kX, -kZ); });
+    build.set(Mesh::Plane, flat, flat);
     return build.take();
 }
 

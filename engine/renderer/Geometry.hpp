@@ -20,11 +20,17 @@ struct MeshRange {
     std::uint32_t indexCount = 0;
 };
 
+// Full detail, and a coarser form for far away where that looks the same.
+struct MeshDetails {
+    MeshRange full;
+    MeshRange coarse;
+};
+
 // The unit primitives, front faces counter-clockwise, one after the other.
 struct Geometry {
     std::vector<Vertex> vertices;
     std::vector<std::uint16_t> indices;
-    std::array<MeshRange, kMeshCount> ranges;
+    std::array<MeshDetails, kMeshCount> meshes;
 };
 
 [[nodiscard]] Geometry makeGeometry();

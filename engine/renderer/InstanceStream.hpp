@@ -3,6 +3,8 @@
 #include <tarvik/renderer/Export.hpp>
 #include <tarvik/scene/Scene.hpp>
 
+#include <glm/vec3.hpp>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -21,15 +23,19 @@ struct Instance {
 };
 static_assert(sizeof(Instance) == 48);
 
+// Where the instances of a mesh lie: those near enough to be drawn in full detail, then the others.
 struct InstanceRange {
     std::uint32_t first = 0;
-    std::uint32_t count = 0;
+    std::uint32_t nearCount = 0;
+    std::uint32_t farCount = 0;
 };
 using InstanceRanges = std::array<InstanceRange, kMeshCount>;
 
 [[nodiscard]] TARVIK_RENDERER_API std::size_t instanceCount(const Scene& scene);
 
-// Writes the entities that have a mesh, grouped by mesh, in one pass. There is room for instanceCount().
-TARVIK_RENDERER_API InstanceRanges writeInstances(const Scene& scene, std::span<Instance> instances);
+// Writes the entities that have a mesh, grouped by mesh and detail, in one pass. There is room for
+// instanceCount().
+TARVIK_RENDERER_API InstanceRanges writeInstances(const Scene& scene, const glm::vec3& eye,
+                                                  std::span<Instance> instances);
 
 } // namespace tarvik::render

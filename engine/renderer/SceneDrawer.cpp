@@ -62,7 +62,7 @@ SceneDrawer::SceneDrawer(const rhi::Device& device, const ShaderSource& shaders)
     const Geometry geometry = makeGeometry();
     const std::size_t vertexBytes = geometry.vertices.size() * sizeof(Vertex);
     const std::size_t indexBytes = geometry.indices.size() * sizeof(std::uint16_t);
-    meshes_ = geometry.ranges;
+    meshes_ = geometry.meshes;
     indexOffset_ = vertexBytes;
     geometry_ = rhi::Buffer(device, vertexBytes + indexBytes, rhi::BufferUse::Upload);
     std::memcpy(geometry_.data(), geometry.vertices.data(), vertexBytes);
@@ -152,14 +152,18 @@ void SceneDrawer::drawMeshes(VkCommandBuffer commands, const FrameStream& stream
     vk.vkCmdBindIndexBuffer(commands, geometry_.get(), indexOffset_, VK_INDEX_TYPE_UINT16);
     for (std::size_t i = 0; i < kMeshCount; ++i) {
         const InstanceRange& instances = stream.ranges()[i];
-        if (instances.count == 0)
-            continue;
         // Only the plane has no inside.
         const bool flat = static_cast<Mesh>(i) == Mesh::Plane;
         vk.vkCmdSetCullMode(commands, flat ? VK_CULL_MODE_NONE : VK_CULL_MODE_BACK_BIT);
-        vk.vkCmdDrawIndexed(commands, meshes_[i].indexCount, instances.count, meshes_[i].firstIndex, 0,
-                            instances.first);
+        draw(commands, meshes_[i].full, instances.first, instances.nearCount);
+        draw(commands, meshes_[i].coarse, instances.first + instances.nearCount, instances.farCount);
     }
+}
+
+void SceneDrawer::draw(VkCommandBuffer commands, const MeshRange& mesh, std::uint32_t first,
+                       std::uint32_t count) const {
+    if (count != 0)
+        device_.vk.vkCmdDrawIndexed(commands, mesh.indexCount, count, mesh.firstIndex, 0, first);
 }
 
 } // namespace tarvik::render

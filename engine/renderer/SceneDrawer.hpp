@@ -38,12 +38,14 @@ public:
 
 private:
     void drawMeshes(VkCommandBuffer commands, const FrameStream& stream) const;
+    void draw(VkCommandBuffer commands, const MeshRange& mesh, std::uint32_t first,
+              std::uint32_t count) const;
 
     const rhi::Device& device_;
     Pipelines pipelines_;
     rhi::Buffer geometry_;
     VkDeviceSize indexOffset_ = 0;
-    std::array<MeshRange, kMeshCount> meshes_;
+    std::array<MeshDetails, kMeshCount> meshes_;
 };
 
 } // namespace tarvik::render

@@ -1,4 +1,5 @@
-// What every shader of a frame reads. The layout is that of FrameData in FrameStream.cpp.
+// What every shader of a frame reads. The layout is that of FrameData in FrameStream.cpp. No vector holds two
+// things: a software driver misreads parts of one that leave a gap, such as xz with w.
 #extension GL_EXT_buffer_reference : require
 
 struct Light {
