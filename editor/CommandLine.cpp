@@ -50,10 +50,10 @@ const std::array kQtOptions{"platform",
 void describeOptions(QCommandLineParser& parser) {
     parser.setApplicationDescription(kDescription);
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.addHelpOption();
-    parser.addVersionOption();
     parser.addPositionalArgument("DIR", "The project's folder, as with --project.", "[DIR]");
     parser.addOptions({
+        {{"h", "help"}, "Print this help and quit."},
+        {{"v", "version"}, "Print the version and quit."},
         {"project", "Open the project in DIR.", "DIR"},
         {"new", "First create a project called NAME, in --project's folder or in the user's projects folder.",
          "NAME"},

@@ -56,8 +56,15 @@ MainWindow::MainWindow(Session& session)
 
     session_.watch(*pane_);
     connect(pane_, &ViewportPane::frameRendered, this, [this] { ++framesShown_; });
-    connect(&session_, &Session::contextAboutToChange, this, &MainWindow::stopRendering);
-    connect(&session_, &Session::contextChanged, this, &MainWindow::startRendering);
+    connect(&session_, &Session::contextAboutToChange, this, [this] {
+        stopRendering();
+        logPanel_->detach();
+    });
+    connect(&session_, &Session::contextChanged, this, [this] {
+        logPanel_->attach(*session_.context().logBridge);
+        if (project_)
+            startRendering();
+    });
     logPanel_->attach(*session_.context().logBridge);
     restoreWindowState();
     showStartPage();
@@ -69,7 +76,6 @@ MainWindow::~MainWindow() {
 
 void MainWindow::start() {
     const app::AppOptions& options = session_.options();
-    session_.show(*this);
     if (!options.newProjectName.isEmpty()) {
         const auto folder = options.projectDir.isEmpty()
                                 ? paths::defaultProjectsDir() / app::toPath(options.newProjectName)
@@ -78,6 +84,7 @@ void MainWindow::start() {
     } else if (!options.projectDir.isEmpty()) {
         open(options.projectDir);
     }
+    session_.show(*this);
 }
 
 void MainWindow::createDocks() {
@@ -206,7 +213,6 @@ void MainWindow::reload() {
 
 void MainWindow::closeProject() {
     stopRendering();
-    logPanel_->attach(*session_.context().logBridge);
     project_.reset();
     pane_->client().setScene(nullptr);
     sceneTree_->setScene(nullptr);
@@ -236,6 +242,7 @@ void MainWindow::showStartPage() {
         if (entry.category == "Hub" && entry.level >= LogLevel::Warn)
             notices += oneLine(entry.message);
     }
+    notices.removeDuplicates();
     startPage_->setNotice(notices.join('\n'));
     setDocksAvailable(false);
     pages_->setCurrentWidget(startPage_);
@@ -278,9 +285,6 @@ void MainWindow::forget(const QString& folder) {
 }
 
 void MainWindow::startRendering() {
-    logPanel_->attach(*session_.context().logBridge);
-    if (!project_)
-        return;
     pane_->start(session_.context());
     frameRateClock_.start();
     frameRateTimer_.start();
@@ -290,7 +294,6 @@ void MainWindow::startRendering() {
 
 void MainWindow::stopRendering() {
     pane_->stop();
-    logPanel_->detach();
     frameRateTimer_.stop();
     frameRateLabel_->clear();
     gpuLabel_->clear();

@@ -30,7 +30,7 @@ public:
     explicit MainWindow(Session& session);
     ~MainWindow() override;
 
-    // Shows the window, and the project that the options name.
+    // Opens the project that the options name, and shows the window.
     void start();
 
 protected:

@@ -62,7 +62,9 @@ void Session::reportFailure(QWidget* parent, const QString& text, AfterFailure a
         status_ = ExitStatus::Failed;
         connect(box, &QMessageBox::finished, this, [this] { end(ExitStatus::Failed); });
     }
-    box->open();
+    // Over its parent, which may be about to be shown.
+    QMetaObject::invokeMethod(
+        box, [box] { box->open(); }, Qt::QueuedConnection);
 }
 
 void Session::show(QWidget& window) const {

@@ -21,9 +21,13 @@ ViewportPane::~ViewportPane() {
     stop();
 }
 
-app::VulkanViewport* ViewportPane::viewport() const { return viewport_; }
+app::VulkanViewport* ViewportPane::viewport() const {
+    return viewport_;
+}
 
-QWidget* ViewportPane::container() const { return container_; }
+QWidget* ViewportPane::container() const {
+    return container_;
+}
 
 void ViewportPane::start(app::AppContext& context) {
     stop();
