@@ -17,17 +17,13 @@ Device::Device(const InstanceHandle& owner, const GpuCandidate& candidate)
                                             .queueFamilyIndex = queueFamily,
                                             .queueCount = 1,
                                             .pQueuePriorities = &priority};
-    VkPhysicalDeviceVulkan13Features features13{.sType =
-                                                    VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_FEATURES,
-                                                .synchronization2 = VK_TRUE,
-                                                .dynamicRendering = VK_TRUE};
-    const VkPhysicalDeviceVulkan12Features features12{
-        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_2_FEATURES,
-        .pNext = &features13,
-        .bufferDeviceAddress = VK_TRUE};
+    const VkPhysicalDeviceVulkan13Features features{.sType =
+                                                        VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_FEATURES,
+                                                    .synchronization2 = VK_TRUE,
+                                                    .dynamicRendering = VK_TRUE};
     const char* const extension = VK_KHR_SWAPCHAIN_EXTENSION_NAME;
     const VkDeviceCreateInfo info{.sType = VK_STRUCTURE_TYPE_DEVICE_CREATE_INFO,
-                                  .pNext = &features12,
+                                  .pNext = &features,
                                   .queueCreateInfoCount = 1,
                                   .pQueueCreateInfos = &queueInfo,
                                   .enabledExtensionCount = instance.hasSurfaces() ? 1U : 0U,

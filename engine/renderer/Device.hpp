@@ -58,6 +58,9 @@ private:
 
 using UniqueBuffer = Unique<VkBuffer, &VolkDeviceTable::vkDestroyBuffer>;
 using UniqueCommandPool = Unique<VkCommandPool, &VolkDeviceTable::vkDestroyCommandPool>;
+using UniqueDescriptorPool = Unique<VkDescriptorPool, &VolkDeviceTable::vkDestroyDescriptorPool>;
+using UniqueDescriptorSetLayout =
+    Unique<VkDescriptorSetLayout, &VolkDeviceTable::vkDestroyDescriptorSetLayout>;
 using UniqueFence = Unique<VkFence, &VolkDeviceTable::vkDestroyFence>;
 using UniqueImage = Unique<VkImage, &VolkDeviceTable::vkDestroyImage>;
 using UniqueImageView = Unique<VkImageView, &VolkDeviceTable::vkDestroyImageView>;

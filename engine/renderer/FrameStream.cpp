@@ -1,5 +1,7 @@
 #include "FrameStream.hpp"
 
+#include "Result.hpp"
+
 #include <glm/geometric.hpp>
 #include <glm/gtc/quaternion.hpp>
 #include <glm/mat4x4.hpp>
@@ -118,11 +120,55 @@ VkDeviceSize FrameStream::instanceOffset() {
     return kInstanceOffset;
 }
 
+rhi::UniqueDescriptorSetLayout makeFrameSetLayout(const rhi::Device& device) {
+    const VkDescriptorSetLayoutBinding binding{.descriptorType = VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER,
+                                               .descriptorCount = 1,
+                                               .stageFlags =
+                                                   VK_SHADER_STAGE_VERTEX_BIT | VK_SHADER_STAGE_FRAGMENT_BIT};
+    const VkDescriptorSetLayoutCreateInfo info{.sType = VK_STRUCTURE_TYPE_DESCRIPTOR_SET_LAYOUT_CREATE_INFO,
+                                               .bindingCount = 1,
+                                               .pBindings = &binding};
+    VkDescriptorSetLayout layout = VK_NULL_HANDLE;
+    rhi::check(device.vk.vkCreateDescriptorSetLayout(device.handle, &info, nullptr, &layout),
+               "creating a descriptor set layout");
+    return {device, layout};
+}
+
+FrameStream::FrameStream(const rhi::Device& device) : device_(device), layout_(makeFrameSetLayout(device)) {
+    const VkDescriptorPoolSize size{VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER, 1};
+    const VkDescriptorPoolCreateInfo poolInfo{.sType = VK_STRUCTURE_TYPE_DESCRIPTOR_POOL_CREATE_INFO,
+                                              .maxSets = 1,
+                                              .poolSizeCount = 1,
+                                              .pPoolSizes = &size};
+    VkDescriptorPool pool = VK_NULL_HANDLE;
+    rhi::check(device.vk.vkCreateDescriptorPool(device.handle, &poolInfo, nullptr, &pool),
+               "creating a descriptor pool");
+    pool_ = {device, pool};
+    const VkDescriptorSetLayout layout = layout_.get();
+    const VkDescriptorSetAllocateInfo info{.sType = VK_STRUCTURE_TYPE_DESCRIPTOR_SET_ALLOCATE_INFO,
+                                           .descriptorPool = pool,
+                                           .descriptorSetCount = 1,
+                                           .pSetLayouts = &layout};
+    rhi::check(device.vk.vkAllocateDescriptorSets(device.handle, &info, &set_),
+               "allocating a descriptor set");
+}
+
+void FrameStream::grow(VkDeviceSize size) {
+    buffer_ = rhi::Buffer(device_, size, rhi::BufferUse::Upload);
+    const VkDescriptorBufferInfo frame{.buffer = buffer_.get(), .range = sizeof(FrameData)};
+    const VkWriteDescriptorSet write{.sType = VK_STRUCTURE_TYPE_WRITE_DESCRIPTOR_SET,
+                                     .dstSet = set_,
+                                     .descriptorCount = 1,
+                                     .descriptorType = VK_DESCRIPTOR_TYPE_UNIFORM_BUFFER,
+                                     .pBufferInfo = &frame};
+    device_.vk.vkUpdateDescriptorSets(device_.handle, 1, &write, 0, nullptr);
+}
+
 void FrameStream::write(const Scene& scene, const CameraView& view) {
     const std::size_t count = instanceCount(scene);
     const VkDeviceSize needed = kInstanceOffset + count * sizeof(Instance);
     if (buffer_.size() < needed)
-        buffer_ = rhi::Buffer(device_, std::bit_ceil(needed), rhi::BufferUse::Upload);
+        grow(std::bit_ceil(needed));
 
     const FrameData data = describe(scene, view);
     std::memcpy(buffer_.data(), &data, sizeof data);

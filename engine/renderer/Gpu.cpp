@@ -47,10 +47,8 @@ std::string missingFeatures(VkPhysicalDevice gpu, const VkPhysicalDeviceProperti
                            VK_API_VERSION_MINOR(properties.apiVersion));
     VkPhysicalDeviceVulkan13Features features13{.sType =
                                                     VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_3_FEATURES};
-    VkPhysicalDeviceVulkan12Features features12{
-        .sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_VULKAN_1_2_FEATURES, .pNext = &features13};
     VkPhysicalDeviceFeatures2 features{.sType = VK_STRUCTURE_TYPE_PHYSICAL_DEVICE_FEATURES_2,
-                                       .pNext = &features12};
+                                       .pNext = &features13};
     vkGetPhysicalDeviceFeatures2(gpu, &features);
 
     std::vector<std::string_view> missing;
@@ -58,8 +56,6 @@ std::string missingFeatures(VkPhysicalDevice gpu, const VkPhysicalDeviceProperti
         missing.emplace_back("dynamicRendering");
     if (features13.synchronization2 == VK_FALSE)
         missing.emplace_back("synchronization2");
-    if (features12.bufferDeviceAddress == VK_FALSE)
-        missing.emplace_back("bufferDeviceAddress");
     if (!hasSwapchain(gpu))
         missing.emplace_back(VK_KHR_SWAPCHAIN_EXTENSION_NAME);
     return fmt::format("{}", fmt::join(missing, ", "));

@@ -11,13 +11,9 @@ namespace {
 constexpr VkMemoryPropertyFlags kMapped =
     VK_MEMORY_PROPERTY_HOST_VISIBLE_BIT | VK_MEMORY_PROPERTY_HOST_COHERENT_BIT;
 
-enum class Addressable : bool { No, Yes };
-
 // Tries the kinds of memory in the order of preference; a small heap that is full is no reason to fail.
 UniqueMemory allocate(const Device& device, const VkMemoryRequirements& needs,
-                      std::initializer_list<VkMemoryPropertyFlags> preferences, Addressable addressable) {
-    const VkMemoryAllocateFlagsInfo flags{.sType = VK_STRUCTURE_TYPE_MEMORY_ALLOCATE_FLAGS_INFO,
-                                          .flags = VK_MEMORY_ALLOCATE_DEVICE_ADDRESS_BIT};
+                      std::initializer_list<VkMemoryPropertyFlags> preferences) {
     VkResult result = VK_ERROR_OUT_OF_DEVICE_MEMORY;
     for (const VkMemoryPropertyFlags preference : preferences) {
         for (std::uint32_t type = 0; type < device.memory.memoryTypeCount; ++type) {
@@ -27,7 +23,6 @@ UniqueMemory allocate(const Device& device, const VkMemoryRequirements& needs,
                 device.memory.memoryHeaps[candidate.heapIndex].size < needs.size)
                 continue;
             const VkMemoryAllocateInfo info{.sType = VK_STRUCTURE_TYPE_MEMORY_ALLOCATE_INFO,
-                                            .pNext = addressable == Addressable::Yes ? &flags : nullptr,
                                             .allocationSize = needs.size,
                                             .memoryTypeIndex = type};
             VkDeviceMemory memory = VK_NULL_HANDLE;
@@ -46,10 +41,10 @@ UniqueMemory allocate(const Device& device, const VkMemoryRequirements& needs,
 
 Buffer::Buffer(const Device& device, VkDeviceSize size, BufferUse use) : size_(size) {
     const bool upload = use == BufferUse::Upload;
-    const VkBufferUsageFlags usage =
-        upload ? VK_BUFFER_USAGE_SHADER_DEVICE_ADDRESS_BIT | VK_BUFFER_USAGE_VERTEX_BUFFER_BIT |
-                     VK_BUFFER_USAGE_INDEX_BUFFER_BIT | VK_BUFFER_USAGE_STORAGE_BUFFER_BIT
-               : VkBufferUsageFlags{VK_BUFFER_USAGE_TRANSFER_DST_BIT};
+    const VkBufferUsageFlags usage = upload ? VK_BUFFER_USAGE_UNIFORM_BUFFER_BIT |
+                                                  VK_BUFFER_USAGE_VERTEX_BUFFER_BIT |
+                                                  VK_BUFFER_USAGE_INDEX_BUFFER_BIT
+                                            : VkBufferUsageFlags{VK_BUFFER_USAGE_TRANSFER_DST_BIT};
     const VkBufferCreateInfo info{
         .sType = VK_STRUCTURE_TYPE_BUFFER_CREATE_INFO, .size = size, .usage = usage};
     VkBuffer buffer = VK_NULL_HANDLE;
@@ -58,20 +53,13 @@ Buffer::Buffer(const Device& device, VkDeviceSize size, BufferUse use) : size_(s
 
     VkMemoryRequirements needs;
     device.vk.vkGetBufferMemoryRequirements(device.handle, buffer, &needs);
-    memory_ = upload ? allocate(device, needs, {kMapped | VK_MEMORY_PROPERTY_DEVICE_LOCAL_BIT, kMapped},
-                                Addressable::Yes)
-                     : allocate(device, needs, {kMapped | VK_MEMORY_PROPERTY_HOST_CACHED_BIT, kMapped},
-                                Addressable::No);
+    memory_ = upload ? allocate(device, needs, {kMapped | VK_MEMORY_PROPERTY_DEVICE_LOCAL_BIT, kMapped})
+                     : allocate(device, needs, {kMapped | VK_MEMORY_PROPERTY_HOST_CACHED_BIT, kMapped});
     check(device.vk.vkBindBufferMemory(device.handle, buffer, memory_.get(), 0), "binding buffer memory");
     void* mapped = nullptr;
     check(device.vk.vkMapMemory(device.handle, memory_.get(), 0, VK_WHOLE_SIZE, 0, &mapped),
           "mapping buffer memory");
     data_ = static_cast<std::byte*>(mapped);
-    if (upload) {
-        const VkBufferDeviceAddressInfo addressInfo{.sType = VK_STRUCTURE_TYPE_BUFFER_DEVICE_ADDRESS_INFO,
-                                                    .buffer = buffer};
-        address_ = device.vk.vkGetBufferDeviceAddress(device.handle, &addressInfo);
-    }
 }
 
 UniqueImageView makeImageView(const Device& device, VkImage image, VkFormat format) {
@@ -107,8 +95,7 @@ Image::Image(const Device& device, const ImageInfo& wanted) {
     VkMemoryRequirements needs;
     device.vk.vkGetImageMemoryRequirements(device.handle, image, &needs);
     memory_ = allocate(device, needs,
-                       {VK_MEMORY_PROPERTY_LAZILY_ALLOCATED_BIT, VK_MEMORY_PROPERTY_DEVICE_LOCAL_BIT, 0},
-                       Addressable::No);
+                       {VK_MEMORY_PROPERTY_LAZILY_ALLOCATED_BIT, VK_MEMORY_PROPERTY_DEVICE_LOCAL_BIT, 0});
     check(device.vk.vkBindImageMemory(device.handle, image, memory_.get(), 0), "binding image memory");
     view_ = makeImageView(device, image, wanted.format);
 }

@@ -8,7 +8,7 @@
 namespace tarvik::rhi {
 
 enum class BufferUse : std::uint8_t {
-    Upload,   // written in order by the CPU, read by shaders and as vertices and indices
+    Upload,   // written in order by the CPU, read as uniforms, vertices and indices
     Readback, // filled by the GPU, read by the CPU
 };
 
@@ -21,14 +21,12 @@ public:
     [[nodiscard]] VkBuffer get() const { return buffer_.get(); }
     [[nodiscard]] VkDeviceSize size() const { return size_; }
     [[nodiscard]] std::byte* data() const { return data_; }
-    [[nodiscard]] VkDeviceAddress address() const { return address_; } // Upload only
 
 private:
     UniqueMemory memory_;
     UniqueBuffer buffer_;
     VkDeviceSize size_ = 0;
     std::byte* data_ = nullptr;
-    VkDeviceAddress address_ = 0;
 };
 
 struct ImageInfo {

@@ -1,7 +1,7 @@
 #include "Pipelines.hpp"
 
+#include "FrameStream.hpp"
 #include "Geometry.hpp"
-#include "InstanceStream.hpp"
 #include "Result.hpp"
 
 #include <algorithm>
@@ -142,13 +142,11 @@ bool encodesSrgb(VkFormat format) {
 
 Pipelines::Pipelines(const rhi::Device& device, const ShaderSource& shaders)
     : device_(device),
-      shaders_(shaders) {
-    const VkPushConstantRange constants{.stageFlags =
-                                            VK_SHADER_STAGE_VERTEX_BIT | VK_SHADER_STAGE_FRAGMENT_BIT,
-                                        .size = sizeof(VkDeviceAddress)};
-    const VkPipelineLayoutCreateInfo info{.sType = VK_STRUCTURE_TYPE_PIPELINE_LAYOUT_CREATE_INFO,
-                                          .pushConstantRangeCount = 1,
-                                          .pPushConstantRanges = &constants};
+      shaders_(shaders),
+      frameLayout_(makeFrameSetLayout(device)) {
+    const VkDescriptorSetLayout frame = frameLayout_.get();
+    const VkPipelineLayoutCreateInfo info{
+        .sType = VK_STRUCTURE_TYPE_PIPELINE_LAYOUT_CREATE_INFO, .setLayoutCount = 1, .pSetLayouts = &frame};
     VkPipelineLayout layout = VK_NULL_HANDLE;
     rhi::check(device.vk.vkCreatePipelineLayout(device.handle, &info, nullptr, &layout),
                "creating the pipeline layout");

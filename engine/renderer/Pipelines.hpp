@@ -29,6 +29,7 @@ public:
 private:
     const rhi::Device& device_;
     const ShaderSource& shaders_;
+    rhi::UniqueDescriptorSetLayout frameLayout_;
     rhi::UniquePipelineLayout layout_;
     std::vector<Set> sets_;
 };

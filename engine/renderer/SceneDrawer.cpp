@@ -113,9 +113,9 @@ void SceneDrawer::record(VkCommandBuffer commands, const Attachments& attachment
                               .maxDepth = 1.0F};
     vk.vkCmdSetViewport(commands, 0, 1, &viewport);
     vk.vkCmdSetScissor(commands, 0, 1, &area);
-    const VkDeviceAddress frame = stream.frameAddress();
-    vk.vkCmdPushConstants(commands, pipelines_.layout(),
-                          VK_SHADER_STAGE_VERTEX_BIT | VK_SHADER_STAGE_FRAGMENT_BIT, 0, sizeof frame, &frame);
+    const VkDescriptorSet frame = stream.frameSet();
+    vk.vkCmdBindDescriptorSets(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipelines_.layout(), 0, 1, &frame,
+                               0, nullptr);
 
     vk.vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipelines.mesh.get());
     drawMeshes(commands, stream);
