@@ -6,7 +6,7 @@
 
 #include <sys/stat.h>
 
-#include <fstream>
+#include <atomic>
 #include <thread>
 #include <vector>
 
@@ -98,7 +98,7 @@ TEST(FileTest, EachDifferentContentIsKeptAsideOnce) {
 TEST(FileTest, LockExcludesOthersAndWaitingEnds) {
     const TemporaryFolder folder;
     const fs::path lockFile = folder / "new/lock";
-    int counter = 0; // not atomic: the lock is what guards it
+    std::atomic<int> counter = 0;
     {
         std::vector<std::jthread> threads;
         for (int i = 0; i < 4; ++i)
@@ -106,7 +106,7 @@ TEST(FileTest, LockExcludesOthersAndWaitingEnds) {
                 for (int round = 0; round < 20; ++round) {
                     const auto lock = FileLock::acquire(lockFile);
                     ASSERT_TRUE(lock) << lock.error().message;
-                    ++counter;
+                    counter = counter + 1; // two steps: without the lock, additions get lost
                 }
             });
     }

@@ -66,6 +66,25 @@ TEST(LoggerTest, SinkIsNeverCalledAfterItsRemovalWhileOtherThreadsLog) {
     EXPECT_EQ(callsAfterRemoval, 0);
 }
 
+TEST(LoggerTest, SinkRemovedWhileALineIsOnItsWayDoesNotGetIt) {
+    std::latch entered(1);
+    std::latch release(1);
+    std::atomic<int> lines = 0;
+    const auto slow = addSink([&](const LogMessage&) {
+        entered.count_down();
+        release.wait();
+    });
+    const auto removed = addSink([&](const LogMessage&) { ++lines; });
+    {
+        std::jthread logging(logLine);
+        entered.wait();
+        Logger::instance().removeSink(removed);
+        release.count_down();
+    }
+    EXPECT_EQ(lines, 0);
+    Logger::instance().removeSink(slow);
+}
+
 TEST(LoggerTest, EveryRemoverWaitsForTheRunningCall) {
     for (int round = 0; round < 100; ++round) {
         std::latch entered(1);
@@ -138,8 +157,9 @@ TEST(LoggerTest, SinksThatLogAboutEveryLineEnd) {
     EXPECT_GT(eager, 1);
     EXPECT_LE(eager, 8);
     EXPECT_EQ(quiet, eager) << "a line logged by one sink reaches the others";
+    const int lines = quiet;
     logLine();
-    EXPECT_EQ(quiet, 2 * quiet / 2) << "the depth counts anew for each line";
+    EXPECT_EQ(quiet, 2 * lines) << "the depth counts anew for each line";
     Logger::instance().removeSink(eagerSink);
     Logger::instance().removeSink(quietSink);
 }
