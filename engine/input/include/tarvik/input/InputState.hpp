@@ -10,6 +10,7 @@
 
 namespace tarvik {
 
+// clang-format off: in groups, the order is easier to check.
 // The values of these enumerations are stored by games; they never change.
 enum class Key : std::uint8_t {
     W, A, S, D, Q, E, F, Up, Down, Left, Right, Space,
@@ -26,6 +27,7 @@ enum class GamepadButton : std::uint8_t {
     A, B, X, Y, LeftShoulder, RightShoulder, Back, Start, Guide,
     LeftThumb, RightThumb, DpadUp, DpadDown, DpadLeft, DpadRight,
 };
+// clang-format on
 inline constexpr std::size_t kGamepadButtonCount = 15;
 
 // Sticks run from -1 to 1, x to the right and y downwards; triggers from 0 to 1.
