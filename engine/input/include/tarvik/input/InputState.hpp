@@ -10,8 +10,9 @@
 
 namespace tarvik {
 
-// clang-format off: in groups, the order is easier to check.
-// The values of these enumerations are stored by games; they never change.
+// The values of these enumerations are stored by games; they never change. In groups, the order is easier to
+// check.
+// clang-format off
 enum class Key : std::uint8_t {
     W, A, S, D, Q, E, F, Up, Down, Left, Right, Space,
     Shift, Control, Alt, Escape, Enter, Tab, Backspace,
