@@ -24,7 +24,7 @@ const QColor kError(0xf2, 0x7a, 0x72);
 const char* const kStyleSheet = R"(
 QMainWindow::separator { width: 5px; height: 5px; }
 QDockWidget::title { padding: 6px 8px; background: #2c2f34; }
-QHeaderView::section { padding: 3px 6px; border: none; background: #25272b; color: #9aa0a8; }
+QHeaderView::section { padding: 4px 3px; border: none; background: #25272b; color: #9aa0a8; }
 QToolTip { padding: 4px; border: 1px solid #44484f; background: #2c2f34; color: #dfe2e6; }
 QStatusBar::item { border: none; }
 )";

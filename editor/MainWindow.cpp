@@ -56,6 +56,7 @@ MainWindow::MainWindow(Session& session)
 
     session_.watch(*pane_);
     connect(pane_, &ViewportPane::frameRendered, this, [this] { ++framesShown_; });
+    connect(pane_, &ViewportPane::renderFailed, this, &MainWindow::clearRenderStatus);
     connect(&session_, &Session::contextAboutToChange, this, [this] {
         stopRendering();
         logPanel_->detach();
@@ -286,14 +287,19 @@ void MainWindow::forget(const QString& folder) {
 
 void MainWindow::startRendering() {
     pane_->start(session_.context());
+    if (pane_->viewport() == nullptr)
+        return;
     frameRateClock_.start();
     frameRateTimer_.start();
-    if (const render::RenderContext* context = session_.context().renderContext())
-        gpuLabel_->setText(oneLine(QString::fromStdString(context->deviceName())));
+    gpuLabel_->setText(oneLine(QString::fromStdString(session_.context().renderContext()->deviceName())));
 }
 
 void MainWindow::stopRendering() {
     pane_->stop();
+    clearRenderStatus();
+}
+
+void MainWindow::clearRenderStatus() {
     frameRateTimer_.stop();
     frameRateLabel_->clear();
     gpuLabel_->clear();
@@ -322,7 +328,7 @@ void MainWindow::updateTitle() {
 
 void MainWindow::showFrameRate() {
     const double seconds = static_cast<double>(frameRateClock_.restart()) / 1000.0;
-    frameRateLabel_->setText(tr("%1 frames/s").arg(qRound(framesShown_ / seconds)));
+    frameRateLabel_->setText(tr("%1 fps").arg(qRound(framesShown_ / seconds)));
     framesShown_ = 0;
 }
 

@@ -57,6 +57,7 @@ private:
 
     void startRendering();
     void stopRendering();
+    void clearRenderStatus();
     void setDocksAvailable(bool on);
     void updateTitle();
     void showFrameRate();

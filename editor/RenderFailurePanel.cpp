@@ -64,6 +64,7 @@ RenderFailurePanel::RenderFailurePanel(const QString& reason, QWidget* parent) :
 
     auto* restart = new QPushButton(tr("&Start rendering again"));
     restart->setObjectName("restart");
+    restart->setMinimumSize(restart->sizeHint() + QSize(24, 8));
     restart->setToolTip(tr("Starts Vulkan afresh; the project stays as it is"));
     connect(restart, &QPushButton::clicked, this, &RenderFailurePanel::restartRequested);
 

@@ -14,6 +14,7 @@ namespace {
 
 constexpr glm::vec3 kUp{0.0F, 1.0F, 0.0F};
 constexpr float kTurnSeconds = 75.0F; // one full circle
+constexpr float kOutside = 2.2F;      // in radii of the bounds
 
 struct Sphere {
     glm::vec3 centre{0.0F};
@@ -74,7 +75,7 @@ void SceneViewClient::placeCamera() {
     const Sphere bounds = scene_ ? boundsOf(*scene_) : Sphere{};
     target_ = bounds.centre;
     lens_ = {};
-    eye_ = bounds.centre + 2.4F * bounds.radius * glm::normalize(glm::vec3(0.8F, 0.5F, 1.0F));
+    eye_ = bounds.centre + kOutside * bounds.radius * glm::normalize(glm::vec3(0.8F, 0.5F, 1.0F));
     circling_ = !still_;
     angle_ = 0.0F;
     if (scene_ && !scene_->cameras().empty()) {
@@ -93,6 +94,9 @@ void SceneViewClient::placeCamera() {
     if (glm::distance(eye_, target_) < 0.001F)
         eye_ = target_ + glm::vec3(0.0F, 0.0F, 1.0F);
     eye_ = tilted(eye_, target_);
+    // A camera placed within the scene would circle through walls and trees: move out on the way.
+    const float outside = chosenEye_ ? 0.0F : kOutside * bounds.radius;
+    farFactor_ = std::max(outside / glm::distance(eye_, target_), 1.0F);
 }
 
 void SceneViewClient::update(float dt, const InputState&, bool) {
@@ -105,7 +109,9 @@ const Scene* SceneViewClient::activeScene() {
 }
 
 CameraView SceneViewClient::cameraView(float aspect) {
-    return lookAt(target_ + turned(eye_ - target_, angle_), target_, lens_.fovY, aspect, lens_.nearPlane);
+    const float otherSide = std::pow(std::sin(0.5F * angle_), 2.0F);
+    const glm::vec3 arm = std::lerp(1.0F, farFactor_, otherSide) * turned(eye_ - target_, angle_);
+    return lookAt(target_ + arm, target_, lens_.fovY, aspect, lens_.nearPlane);
 }
 
 render::RenderSettings SceneViewClient::renderSettings() {

@@ -50,7 +50,8 @@ private:
     glm::vec3 eye_{0.0F};
     glm::vec3 target_{0.0F};
     Camera lens_;
-    float angle_ = 0.0F; // radians
+    float farFactor_ = 1.0F; // how much farther away the camera is on the circle's other side
+    float angle_ = 0.0F;     // radians
 };
 
 } // namespace tarvik::editor
