@@ -46,9 +46,14 @@ AppContext::AppContext(AppOptions options)
     qRegisterMetaType<UiLogEntry>("tarvik::app::UiLogEntry");
     logSink_ = std::make_shared<QtLogSink>(*logBridge);
     Logger::instance().addSink(logSink_);
-    // After the sink, so that the log panel can show why the list is empty.
-    if (const auto loaded = registry.load(); !loaded)
-        log::warn("Hub", "{}", loaded.error().message);
+    try {
+        // After the sink, so that the log panel can show why the list is empty.
+        if (const auto loaded = registry.load(); !loaded)
+            log::warn("Hub", "{}", loaded.error().message);
+    } catch (...) {
+        Logger::instance().removeSink(logSink_); // it refers to the bridge, which goes now
+        throw;
+    }
 }
 
 AppContext::~AppContext() {

@@ -67,7 +67,8 @@ VulkanViewport::VulkanViewport(AppContext& context, ViewportClient& viewportClie
         pointerLock = WaylandPointerLock::create();
     if (pointerLock) {
         // Motion that arrives while no frame is drawn must not add up to one great leap.
-        connect(&lockDrainTimer, &QTimer::timeout, this, [this] { std::ignore = pointerLock->takeMotion(); });
+        connect(&lockDrainTimer, &QTimer::timeout, this,
+                [this] { static_cast<void>(pointerLock->takeMotion()); });
         lockDrainTimer.start(kLockDrainInterval);
     }
     frameClock.start();
@@ -209,12 +210,21 @@ void VulkanViewport::wakeWhenNotExposed() {
     if (std::exchange(wakePending, true))
         return;
     QTimer::singleShot(patience, this, [this] {
-        const QWindow* topLevel = container ? container->window()->windowHandle() : nullptr;
-        if (topLevel && topLevel->isExposed() && container->isVisible() && !isExposed()) {
-            container->hide();
-            container->show();
-        }
         wakePending = false;
+        if (failed || isExposed() || !container || !container->isVisible())
+            return;
+        const QWindow* topLevel = container->window()->windowHandle();
+        if (!topLevel || !topLevel->isExposed()) {
+            wakeWhenNotExposed();
+            return;
+        }
+        const QPointer<VulkanViewport> self(this);
+        wakePending = true; // or the show below would ask for the next one
+        container->hide();
+        if (self && container)
+            container->show();
+        if (self)
+            wakePending = false;
     });
 }
 
@@ -250,14 +260,13 @@ void VulkanViewport::renderFrame() {
     const double dt = std::clamp(seconds(frameClock), 0.0, kLongestStep);
     frameInterval = dt * 1000.0;
     frameClock.restart();
-    if (pointerLock) {
-        const glm::vec2 motion = pointerLock->takeMotion();
-        if (looking && motion != glm::vec2(0.0F))
-            inputState.addMouseDelta(motion);
-    }
-    gamepad->poll(inputState);
-
     try {
+        if (pointerLock) {
+            const glm::vec2 motion = pointerLock->takeMotion();
+            if (looking && motion != glm::vec2(0.0F))
+                inputState.addMouseDelta(motion);
+        }
+        gamepad->poll(inputState);
         client.update(static_cast<float>(dt), inputState, isActive());
         if (!self)
             return;
@@ -283,19 +292,22 @@ void VulkanViewport::renderFrame() {
     }
 }
 
-// One picture to the target; whether it reached the screen. The target is looked at again after every call of
-// the client, which may have hidden the window.
+// One picture to the target; whether it reached the screen. Any call of the client may have destroyed the
+// viewport or hidden its window.
 bool VulkanViewport::drawFrame() {
+    const QPointer<VulkanViewport> self(this);
     const Scene* scene = client.activeScene();
-    const VkExtent2D extent = pixelExtent();
-    if (!target)
+    if (!self || !target)
         return false;
+    const VkExtent2D extent = pixelExtent();
     target->resize(extent);
 
     render::Renderer* renderer = ctx.renderer();
     const render::RenderSettings settings = client.renderSettings();
+    if (!self)
+        return false;
     const CameraView view = client.cameraView(aspectRatio(extent.width, extent.height));
-    if (!target)
+    if (!self || !target)
         return false;
     const render::FrameResult result =
         renderer->render(*target, scene ? *scene : *emptyScene, view, settings);
@@ -304,15 +316,14 @@ bool VulkanViewport::drawFrame() {
         log::warn("Viewport", "surface lost - recreating");
         releaseTarget();
     }
-    const bool presented = result == render::FrameResult::Presented;
-    countFrame(presented);
-    return presented;
+    countFrame(result);
+    return result == render::FrameResult::Presented;
 }
 
-void VulkanViewport::countFrame(bool presented) {
+void VulkanViewport::countFrame(render::FrameResult result) {
     if (!statsTimer.isValid())
         statsTimer.start();
-    ++(presented ? presentedCount : skippedCount);
+    ++(result == render::FrameResult::Presented ? presentedCount : skippedCount);
     const qint64 elapsed = statsTimer.elapsed();
     if (elapsed < kStatisticsWindow.count())
         return;

@@ -52,6 +52,7 @@ private:
     bool initRenderer();
     void releaseRenderer();
 
+    // In the order of their lives: what comes later goes first.
     AppOptions options_;
 
 public:

@@ -41,7 +41,9 @@ public:
     void clearHistory();
 
 Q_SIGNALS:
-    // Emitted on the thread that logged, after the line is in the history and with no lock held.
+    // Emitted on the thread that logged, after the line is in the history and with no lock held. A receiver
+    // that logs about every line ends by itself when connected directly, as the logger limits the depth; over
+    // a queued connection each line it logs is delivered to it in turn, without end.
     void messageLogged(const tarvik::app::UiLogEntry& entry);
 
 private:

@@ -22,8 +22,9 @@ namespace tarvik {
 class Scene;
 }
 namespace tarvik::render {
+enum class FrameResult : std::uint8_t;
 class PresentTarget;
-}
+} // namespace tarvik::render
 namespace tarvik::rhi {
 enum class PresentPolicy : std::uint8_t;
 }
@@ -52,8 +53,9 @@ public:
 
     void setVsync(bool on);
 
-    // The widget that hosts the viewport. Needed where it is embedded: the container tells of its hiding
-    // before the window's surface goes away, the window itself too late.
+    // The widget that hosts the viewport. Needed where it is embedded, and on Wayland wherever it may be
+    // hidden and shown again: the container tells of its hiding before the window's surface goes away, the
+    // window itself too late.
     void setInputContainer(QWidget* widget);
 
     // Length of the last frame step, 0 to 250.
@@ -81,7 +83,7 @@ private:
     void wakeWhenNotExposed();
     void renderFrame();
     bool drawFrame();
-    void countFrame(bool presented);
+    void countFrame(render::FrameResult result);
     void scheduleNextFrame();
     void fail(const QString& message);
     [[nodiscard]] VkExtent2D pixelExtent() const;
