@@ -32,7 +32,9 @@ public:
     void addSink(std::shared_ptr<LogSink> sink);
 
     // After it returns the sink is not called again, and no call of it is running on another thread. Called
-    // from inside the sink's own write() it cannot wait for that call itself, and waits for the others only.
+    // from inside the sink's own write() it cannot wait for that call itself, nor for calls that are removing
+    // the sink as well, and waits for the others only. Two different sinks must not remove each other from
+    // inside their writes: each would wait for the other.
     void removeSink(const std::shared_ptr<LogSink>& sink);
 
 private:
