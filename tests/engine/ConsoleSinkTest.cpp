@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <thread>
-#include <vector>
 
 namespace tarvik {
 namespace {
@@ -36,28 +34,6 @@ TEST(ConsoleSinkTest, NothingInALineDrivesTheTerminal) {
     };
     for (const Case& each : cases)
         EXPECT_EQ(shown(each.message), "warn  Test: " + each.shown + "\n");
-}
-
-TEST(ConsoleSinkTest, LinesOfSeveralThreadsStayWhole) {
-    testing::internal::CaptureStderr();
-    {
-        ConsoleSink sink;
-        std::vector<std::jthread> threads;
-        for (const char letter : {'a', 'b', 'c', 'd'})
-            threads.emplace_back([&sink, letter] {
-                for (int line = 0; line < 50; ++line)
-                    sink.write({LogLevel::Info, "T", std::string(10'000, letter), 0});
-            });
-    }
-    const std::string output = testing::internal::GetCapturedStderr();
-    int lines = 0;
-    for (std::size_t start = 0; start < output.size(); ++lines) {
-        const std::string line = output.substr(start, output.find('\n', start) - start);
-        const std::string text = line.substr(line.find("T: ") + 3);
-        ASSERT_EQ(text, std::string(10'000, text[0]));
-        start += line.size() + 1;
-    }
-    EXPECT_EQ(lines, 200);
 }
 
 } // namespace

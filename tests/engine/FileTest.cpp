@@ -73,16 +73,6 @@ TEST(FileTest, WritingRefusesWhatIsNoPlainFile) {
     EXPECT_EQ(readText(folder / "file"), "kept");
 }
 
-TEST(FileTest, OddNamesAreOnlyNames) {
-    const TemporaryFolder folder;
-    for (const std::string& name : kOddNames) {
-        const fs::path file = folder / name / name;
-        ASSERT_TRUE(writeFileDurably(file, name)) << name;
-        EXPECT_EQ(readText(file), name);
-        EXPECT_EQ(namesIn(folder / name), std::set<std::string>{name});
-    }
-}
-
 TEST(FileTest, EachDifferentContentIsKeptAsideOnce) {
     const TemporaryFolder folder;
     const fs::path file = folder / "file";

@@ -68,15 +68,5 @@ TEST(JsonFileTest, DeepestAllowedContentSurvivesReadingAndWriting) {
         << "order and indentation";
 }
 
-TEST(JsonFileTest, TextThatIsNotUtf8IsNeverWritten) {
-    const TemporaryFolder folder;
-    const auto file = folder / "file.json";
-    writeText(file, "{}");
-    const auto written = writeJsonFile(file, Json{{"a", "\xff"}});
-    ASSERT_FALSE(written);
-    EXPECT_TRUE(contains(written.error().message, file.native()));
-    EXPECT_EQ(readText(file), "{}");
-}
-
 } // namespace
 } // namespace tarvik

@@ -160,19 +160,5 @@ TEST(SceneFileTest, SceneThatCouldNotBeLoadedAgainIsNotSaved) {
     EXPECT_EQ(readText(file), before);
 }
 
-TEST(SceneTest, LightsAndCamerasAreFoundByTheirEntity) {
-    Scene scene("s");
-    for (int index = 0; index < 10; ++index) {
-        Entity entity;
-        if (index % 3 == 0)
-            entity.light = Light{LightKind::Point, {}, static_cast<float>(index), 10.0F};
-        scene.add(entity);
-    }
-    ASSERT_EQ(scene.lights().size(), 4U);
-    EXPECT_EQ(scene.lights()[2].entity, 6U);
-    EXPECT_EQ(scene.entity(9).light->intensity, 9.0F);
-    EXPECT_FALSE(scene.entity(8).light);
-}
-
 } // namespace
 } // namespace tarvik
