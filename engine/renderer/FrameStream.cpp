@@ -69,7 +69,8 @@ public:
                 return;
         }
         distances_[slot] = distance;
-        lights_[slot] = {{position, std::max(light.range, 1e-3F)}, colourOf(light)};
+        const float range = std::max(light.range, 1e-3F);
+        lights_[slot] = {{position, 1.0F / (range * range)}, colourOf(light)};
     }
 
     void write(FrameData& data) const {

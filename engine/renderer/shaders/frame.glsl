@@ -1,6 +1,6 @@
 // What every shader of a frame reads. The layout is that of FrameData in FrameStream.cpp.
 struct Light {
-    vec4 place;  // directional: towards the light; point: position, and range in w
+    vec4 place;  // directional: towards the light; point: position, and one over the squared range in w
     vec4 colour; // linear, intensity included
 };
 
