@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QProcess>
 #include <QString>
+#include <QStringList>
 
 #include <stdexcept>
 #include <string>
@@ -18,7 +19,7 @@ struct ProgramRun {
 };
 
 // Runs a program that lies beside this one until it has ended.
-inline ProgramRun runProgram(const QString& name) {
+inline ProgramRun runProgram(const QString& name, const QStringList& arguments = {}) {
     constexpr int patienceMs = 30'000;
     const auto expect = [&name](bool held, const QString& what) {
         if (!held)
@@ -27,7 +28,7 @@ inline ProgramRun runProgram(const QString& name) {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     const auto start = Clock::now();
-    process.start(QCoreApplication::applicationDirPath() + u'/' + name, {});
+    process.start(QCoreApplication::applicationDirPath() + u'/' + name, arguments);
     while (!process.canReadLine())
         expect(process.waitForReadyRead(patienceMs),
                QStringLiteral("printed no line: ") + process.errorString());

@@ -1,4 +1,5 @@
-// Shows a small scene in a viewport, prints a line when its first frame is presented, and ends.
+// Shows a small lit scene with the ground grid in a viewport, prints a line when its first frame is
+// presented, and ends. With the argument "empty" it shows neither.
 #include "IdleClient.hpp"
 
 #include <tarvik/app/AppContext.hpp>
@@ -12,9 +13,11 @@
 
 namespace {
 
+enum class Content { Empty, Scene };
+
 class Client final : public tarvik::bench::IdleClient {
 public:
-    Client() {
+    explicit Client(Content content) : content_(content) {
         tarvik::Entity cube;
         cube.mesh = tarvik::Mesh::Cube;
         scene_.add(cube);
@@ -22,9 +25,13 @@ public:
         sun.light = tarvik::Light{};
         scene_.add(sun);
     }
-    const tarvik::Scene* activeScene() override { return &scene_; }
+    const tarvik::Scene* activeScene() override { return content_ == Content::Scene ? &scene_ : nullptr; }
+    tarvik::render::RenderSettings renderSettings() override {
+        return {.finalPicture = false, .grid = content_ == Content::Scene};
+    }
 
 private:
+    Content content_;
     tarvik::Scene scene_{"small"};
 };
 
@@ -33,7 +40,8 @@ private:
 int main(int argc, char** argv) {
     QGuiApplication application(argc, argv);
     tarvik::app::AppContext context({});
-    Client client;
+    Client client(QGuiApplication::arguments().contains(QStringLiteral("empty")) ? Content::Empty
+                                                                                 : Content::Scene);
     tarvik::app::VulkanViewport viewport(context, client);
     if (viewport.hasFailed()) {
         fmt::print(stderr, "{}\n", context.rendererError().toStdString());
