@@ -63,14 +63,14 @@ bool writeAll(int descriptor, std::string_view content) {
     return true;
 }
 
-// The new file stands in for the old one: same owner where allowed, same permissions.
-bool takeOverAttributes(int descriptor, const fs::path& replaced) {
+// The new file stands in for the old one: same owner and permissions, as far as the file system has them and
+// allows it. Not set-user-id, as the owner may be another one now.
+void takeOverAttributes(int descriptor, const fs::path& replaced) {
     struct stat old {};
     if (::stat(replaced.c_str(), &old) != 0)
-        return true;
-    if (::fchown(descriptor, old.st_uid, old.st_gid) != 0 && errno != EPERM)
-        return false;
-    return ::fchmod(descriptor, old.st_mode & 07777U) == 0;
+        return;
+    [[maybe_unused]] const int owned = ::fchown(descriptor, old.st_uid, old.st_gid);
+    [[maybe_unused]] const int permitted = ::fchmod(descriptor, old.st_mode & 0777U);
 }
 
 struct TemporaryFile {
@@ -136,9 +136,11 @@ std::expected<void, Error> replaceFile(const fs::path& file, std::string_view co
             ::unlink(temporary.path.c_str());
         return error;
     };
+    if (!temporary.descriptor.isOpen())
+        return failure();
     const int descriptor = temporary.descriptor.get();
-    if (!temporary.descriptor.isOpen() || !writeAll(descriptor, content) ||
-        !takeOverAttributes(descriptor, file) || ::fsync(descriptor) != 0 ||
+    takeOverAttributes(descriptor, file); // before there is content that others might not read
+    if (!writeAll(descriptor, content) || ::fsync(descriptor) != 0 ||
         ::rename(temporary.path.c_str(), file.c_str()) != 0)
         return failure();
     return syncFolder(file.parent_path());
@@ -173,7 +175,7 @@ std::expected<FileLock, Error> FileLock::acquire(const fs::path& lockFile) {
         if (errno != EWOULDBLOCK && errno != EINTR)
             return makeError("cannot lock {}: {}", paths::toUtf8(lockFile), lastError());
         if (std::chrono::steady_clock::now() >= deadline)
-            return makeError("cannot lock {}: another process has held it for {} s", paths::toUtf8(lockFile),
+            return makeError("cannot lock {}: other processes kept it for {} s", paths::toUtf8(lockFile),
                              kMaxWait.count());
         std::this_thread::sleep_for(5ms);
     }

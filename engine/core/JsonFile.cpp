@@ -39,9 +39,11 @@ std::string placeOf(std::string_view text, std::size_t offset) {
     return fmt::format("{}:{}", line, column);
 }
 
+// Beyond the longest text allowed it looks no further.
 std::size_t endOfString(std::string_view text, std::size_t quote) {
+    const std::size_t limit = std::min(text.size(), quote + kMaxText + 2);
     std::size_t index = quote + 1;
-    while (index < text.size() && text[index] != '"')
+    while (index < limit && text[index] != '"')
         index += text[index] == '\\' ? 2 : 1;
     return index;
 }
@@ -133,7 +135,13 @@ std::expected<Json, Error> readJsonFile(const fs::path& file) {
 
 std::expected<void, Error> writeJsonFile(const fs::path& file, const Json& value) {
     try {
-        return writeFileDurably(file, value.dump(2) + '\n');
+        const std::string text = value.dump(2) + '\n';
+        // What is written can be read again: the good file that it would replace is worth more.
+        if (text.size() > kMaxBytes)
+            return makeError("cannot write {}: more than {} bytes", paths::toUtf8(file), kMaxBytes);
+        if (const auto excess = findExcess(text))
+            return makeError("cannot write {}: {}", paths::toUtf8(file), excess->reason);
+        return writeFileDurably(file, text);
     } catch (const std::exception& error) {
         return makeError("cannot write {}: {}", paths::toUtf8(file), error.what());
     }

@@ -2,10 +2,14 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
+#include <string_view>
+
 namespace tarvik {
 
 bool prepareColouredTerminal() {
-    return isatty(STDERR_FILENO) == 1;
+    const char* const kind = std::getenv("TERM");
+    return isatty(STDERR_FILENO) == 1 && kind != nullptr && std::string_view(kind) != "dumb";
 }
 
 } // namespace tarvik

@@ -112,7 +112,7 @@ struct Storage {
 // An absent file is an empty storage.
 std::expected<Storage, Error> readStorage(const fs::path& file) {
     std::error_code error;
-    if (fs::symlink_status(file, error).type() == fs::file_type::not_found)
+    if (fs::status(file, error).type() == fs::file_type::not_found)
         return Storage{};
     auto document = readJsonFile(file);
     if (!document)
@@ -134,6 +134,17 @@ struct ProjectRegistry::State {
 
     [[nodiscard]] auto find(const fs::path& path) {
         return std::ranges::find(projects, path, &RecentProject::path);
+    }
+
+    // Takes the project off the list and gives the time of what is done to it now. Not before its last
+    // opening: a clock that was wrong once must not make an entry stronger than what the user does.
+    std::int64_t take(const fs::path& root) {
+        std::int64_t now = nowUnix();
+        if (const auto known = find(root); known != projects.end()) {
+            now = std::max(now, known->lastOpenedUnix);
+            projects.erase(known);
+        }
+        return now;
     }
 
     void mergeInto(std::vector<Stored>& entries) const {
@@ -226,19 +237,16 @@ void ProjectRegistry::touch(const fs::path& path, std::string name) {
     if (path.empty())
         return;
     const fs::path root = normalised(path);
-    if (const auto known = state_->find(root); known != state_->projects.end())
-        state_->projects.erase(known);
-    state_->projects.insert(state_->projects.begin(), {root, std::move(name), nowUnix(), isMissing(root)});
+    const std::int64_t now = state_->take(root);
+    state_->projects.insert(state_->projects.begin(), {root, std::move(name), now, isMissing(root)});
     state_->touched.insert(root);
     state_->removed.erase(root);
 }
 
 void ProjectRegistry::remove(const fs::path& path) {
     const fs::path root = normalised(path);
-    if (const auto known = state_->find(root); known != state_->projects.end())
-        state_->projects.erase(known);
+    state_->removed[root] = state_->take(root);
     state_->touched.erase(root);
-    state_->removed[root] = nowUnix();
 }
 
 void ProjectRegistry::refreshMissing() {

@@ -24,7 +24,7 @@ CameraView lookAt(const glm::vec3& eye, const glm::vec3& target, float fovY, flo
     const float focal = 1.0F / std::tan(fovY / 2.0F);
     CameraView camera;
     camera.position = eye;
-    camera.view = glm::lookAtRH(eye, eye + forward, upFor(forward));
+    camera.view = glm::lookAtRH(eye, target, upFor(forward));
     camera.projection = glm::mat4(0.0F);
     camera.projection[0][0] = focal / aspect;
     camera.projection[1][1] = -focal;

@@ -1,5 +1,6 @@
 #include <tarvik/scene/SceneFile.hpp>
 
+#include <tarvik/core/File.hpp>
 #include <tarvik/core/JsonFields.hpp>
 #include <tarvik/core/JsonFile.hpp>
 #include <tarvik/core/Paths.hpp>
@@ -16,6 +17,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace tarvik {
@@ -230,6 +232,12 @@ std::expected<void, Error> saveScene(const Scene& scene, const fs::path& file) {
             return makeError("cannot write {}: {}", paths::toUtf8(file),
                              describe(index, scene.entityName(index), problem));
         entities.push_back(std::move(json));
+    }
+    // What stands there and cannot be understood may be somebody's half-finished edit.
+    std::error_code error;
+    if (fs::is_regular_file(file, error) && !readJsonFile(file)) {
+        if (const auto copy = keepAside(file); !copy)
+            return std::unexpected(copy.error());
     }
     return writeJsonFile(file, Json{{"name", scene.name()}, {"entities", std::move(entities)}});
 }

@@ -43,7 +43,7 @@ TEST(ProjectTest, CreatedProjectOpensInFoldersOfAnyName) {
         EXPECT_EQ(opened->name(), "Game");
         EXPECT_EQ(opened->description(), "text \xf0\x9f\x8e\xae");
         EXPECT_EQ(opened->defaultScene(), "Content/Main.lscene");
-        EXPECT_EQ(opened->engineVersion(), "0.1.0");
+        EXPECT_EQ(opened->engineVersion(), created->engineVersion());
         EXPECT_EQ(opened->createdUnix(), created->createdUnix());
     }
 }
