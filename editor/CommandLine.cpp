@@ -210,8 +210,10 @@ void readValues(ValueReader& reader, app::AppOptions& options) {
 void checkTogether(ValueReader& reader, app::AppOptions& options, bool projectNamed) {
     const bool anyProject = !options.projectDir.isEmpty() || !options.newProjectName.isEmpty();
     const qsizetype folders = projectNamed ? 0 : 1;
-    if (!options.play && options.arguments.size() > folders)
+    if (options.arguments.size() > folders)
         reader.complain(QString("\"%1\" is one argument too many").arg(options.arguments[folders]));
+    if (options.play && !options.newProjectName.isEmpty())
+        reader.complain("--new opens the editor: it does not go with --play");
     if (!anyProject && options.play)
         reader.complain("--play needs a project: name its folder with --project");
     if (!anyProject && (options.frames > 0 || !options.screenshotFile.isEmpty()))

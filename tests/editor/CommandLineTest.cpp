@@ -55,22 +55,21 @@ INSTANTIATE_TEST_SUITE_P(
         WrongCase{"ValueMissing", {"--scene"}, "scene"}, WrongCase{"Unknown", {"--nonsense"}, "nonsense"},
         WrongCase{"SecondFolder", {"one", "two"}, "\"two\""},
         WrongCase{"FolderTwice", {"--project", "one", "two"}, "\"two\""},
+        WrongCase{"PlayNew", {"--play", "--project", "one", "--new", "Fresh"}, "--new opens the editor"},
         WrongCase{"PlayNothing", {"--play"}, "--play needs a project"},
         WrongCase{"PictureOfNothing", {"--screenshot", "x.png"}, "need a project"}),
     [](const auto& wrong) { return std::string(wrong.param.name); });
 
 TEST(CommandLineTest, EveryOptionReachesItsField) {
     const auto parsed = parse(
-        {"--project",    "a b",       "--new",       "Fresh",        "--scene",    "s.lscene",  "--play",
-         "--fullscreen", "--size",    "640x480",     "--camera",     "-1,2.5,3",   "--look-at", "0,1,0",
-         "--still",      "--grid",    "off",         "--vsync",      "off",        "--gpu",     "2",
-         "--validation", "--frames",  "7",           "--screenshot", "p.png",      "--stats",   "s.json",
-         "--time-limit", "1.5",       "--log-level", "warn",         "--log-file", "l.txt",     "--quiet",
-         "--list-gpus",  "-platform", "xcb",         "for",          "the",        "game"});
+        {"a b",          "--scene",    "s.lscene",  "--play",  "--fullscreen", "--size",    "640x480",
+         "--camera",     "-1,2.5,3",   "--look-at", "0,1,0",   "--still",      "--grid",    "off",
+         "--vsync",      "off",        "--gpu",     "2",       "--validation", "--frames",  "7",
+         "--screenshot", "p.png",      "--stats",   "s.json",  "--time-limit", "1.5",       "--log-level",
+         "warn",         "--log-file", "l.txt",     "--quiet", "--list-gpus",  "-platform", "xcb"});
     ASSERT_TRUE(parsed) << parsed.error().text.toStdString();
     const app::AppOptions& options = *parsed;
     EXPECT_EQ(options.projectDir, "a b");
-    EXPECT_EQ(options.newProjectName, "Fresh");
     EXPECT_EQ(options.scene, "s.lscene");
     EXPECT_TRUE(options.play);
     EXPECT_TRUE(options.fullScreen);
@@ -91,14 +90,15 @@ TEST(CommandLineTest, EveryOptionReachesItsField) {
     EXPECT_EQ(options.logFile, "l.txt");
     EXPECT_TRUE(options.quiet);
     EXPECT_TRUE(options.listGpus);
-    EXPECT_EQ(options.arguments, (QStringList{"for", "the", "game"}));
+    EXPECT_EQ(options.arguments, QStringList{"a b"});
 }
 
 // A preference may fill only what was not chosen.
 TEST(CommandLineTest, WhatIsNotGivenStaysUnset) {
-    const auto parsed = parse({"folder"});
+    const auto parsed = parse({"--project", "folder", "--new", "Fresh"});
     ASSERT_TRUE(parsed);
     EXPECT_EQ(parsed->projectDir, "folder");
+    EXPECT_EQ(parsed->newProjectName, "Fresh");
     EXPECT_FALSE(parsed->validation || parsed->gpu || parsed->vsync || parsed->grid);
     EXPECT_EQ(parsed->frames, 0);
     EXPECT_EQ(parsed->logLevel, static_cast<std::uint32_t>(LogLevel::Info));

@@ -34,7 +34,7 @@ struct AppOptions {
     bool still = false;           // the camera does not orbit
     std::int64_t timeLimitMs = 0; // give up with a failure after that time; 0: never
     bool listGpus = false;        // print the GPUs and quit
-    QStringList arguments;        // positional: a project folder, then what the game is handed
+    QStringList arguments;        // positional: the project folder, where projectDir was not named
 };
 
 } // namespace tarvik::app
