@@ -39,9 +39,9 @@ void Session::watch(ViewportPane& pane) {
     });
 }
 
+// Quiet or not, a run that fails says why.
 void Session::tell(const std::string& problem) const {
     log::error("Editor", "{}", problem);
-    // A run that ends with a failure says why, quiet or not.
     if (options_.quiet) {
         const std::int64_t now = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
         ConsoleSink().write({LogLevel::Error, "Editor", problem, now});
@@ -49,11 +49,12 @@ void Session::tell(const std::string& problem) const {
 }
 
 void Session::reportFailure(QWidget* parent, const QString& text, AfterFailure after) {
-    tell(text.toStdString());
     if (isUnattended()) {
+        tell(text.toStdString());
         end(ExitStatus::Failed);
         return;
     }
+    log::error("Editor", "{}", text.toStdString());
     auto* box = new QMessageBox(QMessageBox::Warning, QCoreApplication::applicationName(), text,
                                 QMessageBox::Ok, parent);
     box->setTextFormat(Qt::PlainText);
