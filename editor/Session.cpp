@@ -1,5 +1,6 @@
 #include "Session.hpp"
 
+#include "RenderFailurePanel.hpp"
 #include "ViewportPane.hpp"
 #include "WindowPicture.hpp"
 
@@ -10,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QGuiApplication>
 #include <QImageWriter>
 #include <QMessageBox>
 #include <QTimer>
@@ -35,7 +37,8 @@ void Session::watch(ViewportPane& pane) {
     connect(&pane, &ViewportPane::restartRequested, this, &Session::restartRendering);
     connect(&pane, &ViewportPane::renderFailed, this, [this](const QString& reason) {
         if (isUnattended())
-            reportFailure(nullptr, reason);
+            reportFailure(nullptr,
+                          reason + '\n' + renderFailureAdvice(reason, QGuiApplication::platformName()));
     });
 }
 
