@@ -10,6 +10,7 @@
 #include <QImage>
 #include <QMainWindow>
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include <array>
 #include <cstdlib>
@@ -81,7 +82,6 @@ protected:
             << "no frame; log: " << ::testing::PrintToString(log_.lines(LogLevel::Debug));
     }
 
-    testing::DataHome home_;
     testing::LogCapture log_;
     std::unique_ptr<AppContext> context_ = std::make_unique<AppContext>(withValidation());
     Scene scene_{"Test"};
@@ -116,8 +116,9 @@ TEST_F(RealViewportTest, TheScreenShowsWhatACaptureShows) {
     const int expected = countLike(capture, colour);
     EXPECT_GT(expected, size.width() * size.height() / 20);
 
+    const QTemporaryDir folder;
     QStringList tool = qEnvironmentVariable("TARVIK_TEST_SCREENSHOT", "import -window root").split(' ');
-    const QString file = home_.path() + "/screen.png";
+    const QString file = folder.path() + "/screen.png";
     int shown = 0;
     EXPECT_TRUE(pumpUntil([&] {
         EXPECT_EQ(QProcess::execute(tool[0], tool.mid(1) << file), 0);

@@ -4,7 +4,6 @@
 #include <tarvik/core/Logger.hpp>
 
 #include <QEventLoop>
-#include <QTemporaryDir>
 #include <QTimer>
 
 #include <chrono>
@@ -20,8 +19,7 @@ namespace tarvik::testing {
 using Names = std::vector<std::string>;
 
 // Runs the event loop until done() holds or the time is up; returns whether it holds.
-inline bool pumpUntil(const std::function<bool()>& done,
-                      std::chrono::seconds limit = std::chrono::seconds(20)) {
+inline bool pumpUntil(const std::function<bool()>& done) {
     QEventLoop loop;
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, &loop, [&] {
@@ -29,9 +27,8 @@ inline bool pumpUntil(const std::function<bool()>& done,
             loop.quit();
     });
     look.start(1);
-    QTimer::singleShot(limit, &loop, &QEventLoop::quit);
-    if (!done())
-        loop.exec();
+    QTimer::singleShot(std::chrono::seconds(20), &loop, &QEventLoop::quit);
+    loop.exec();
     return done();
 }
 
@@ -44,10 +41,7 @@ public:
     }
     LogCapture(const LogCapture&) = delete;
     LogCapture& operator=(const LogCapture&) = delete;
-    ~LogCapture() {
-        Logger::instance().removeSink(sink_);
-        Logger::instance().setThreshold(LogLevel::Info);
-    }
+    ~LogCapture() { Logger::instance().removeSink(sink_); }
 
     // Lines of at least that level; of every category when that is empty.
     [[nodiscard]] Names lines(LogLevel least, std::string_view category = {}) const {
@@ -70,20 +64,6 @@ private:
         std::vector<LogMessage> messages;
     };
     std::shared_ptr<Sink> sink_ = std::make_shared<Sink>();
-};
-
-// An empty folder for the user's data while it lives.
-class DataHome final {
-public:
-    DataHome() { qputenv("XDG_DATA_HOME", folder_.path().toUtf8()); }
-    DataHome(const DataHome&) = delete;
-    DataHome& operator=(const DataHome&) = delete;
-    ~DataHome() { qputenv("XDG_DATA_HOME", previous_); }
-    [[nodiscard]] QString path() const { return folder_.path(); }
-
-private:
-    QTemporaryDir folder_;
-    QByteArray previous_ = qgetenv("XDG_DATA_HOME");
 };
 
 struct Client final : app::ViewportClient {
@@ -112,16 +92,14 @@ struct Client final : app::ViewportClient {
         return settings;
     }
 
+    using Keys = Qt::KeyboardModifiers;
     void clicked(glm::vec2 /*ndc*/) override {}
-    bool mousePressed(glm::vec2 /*ndc*/, Qt::MouseButton /*button*/,
-                      Qt::KeyboardModifiers /*held*/) override {
-        return false;
-    }
-    void mouseMoved(glm::vec2 /*ndc*/, Qt::KeyboardModifiers /*held*/) override {}
+    bool mousePressed(glm::vec2 /*ndc*/, Qt::MouseButton /*button*/, Keys /*held*/) override { return false; }
+    void mouseMoved(glm::vec2 /*ndc*/, Keys /*held*/) override {}
     void mouseReleased(glm::vec2 /*ndc*/, Qt::MouseButton /*button*/) override {}
     bool canDrop(const QList<QUrl>& /*urls*/) override { return false; }
     void dropped(const QList<QUrl>& /*urls*/, glm::vec2 /*ndc*/) override {}
-    bool keyPressed(int /*key*/, Qt::KeyboardModifiers /*held*/) override { return false; }
+    bool keyPressed(int /*key*/, Keys /*held*/) override { return false; }
 };
 
 } // namespace tarvik::testing

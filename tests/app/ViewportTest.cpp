@@ -24,14 +24,18 @@ using scripted::script;
 using scripted::throwing;
 using testing::Names;
 using testing::pumpUntil;
-using Milliseconds = std::chrono::duration<double, std::milli>;
 
 class ViewportTest : public ::testing::Test {
 protected:
-    ViewportTest() { script() = {}; }
+    ViewportTest() {
+        script() = {};
+        client_.called = [](const char* operation) {
+            script().note(operation);
+        };
+    }
 
     // A viewport in a context of its own; the previous ones end.
-    VulkanViewport& make(std::optional<bool> vsync = {}) {
+    VulkanViewport& make(bool vsync = true) {
         viewport_.reset();
         AppOptions options;
         options.vsync = vsync;
@@ -39,9 +43,6 @@ protected:
         failures_.clear();
         viewport_ = std::make_unique<VulkanViewport>(*context_, client_);
         viewport_->resize(104, 61);
-        client_.called = [](const char* operation) {
-            script().note(operation);
-        };
         QObject::connect(viewport_.get(), &VulkanViewport::frameRendered, viewport_.get(),
                          [this] { ++frames_; });
         QObject::connect(viewport_.get(), &VulkanViewport::renderFailed, viewport_.get(),
@@ -52,6 +53,13 @@ protected:
         return *viewport_;
     }
 
+    VulkanViewport& makeRunning() {
+        make().show();
+        expectFrames();
+        script().events.clear();
+        return *viewport_;
+    }
+
     void expectFrames(int count = 2) {
         const int before = frames_;
         EXPECT_TRUE(pumpUntil([&] { return frames_ >= before + count; }))
@@ -59,7 +67,7 @@ protected:
     }
 
     // Asks for frames for a while; returns what was called.
-    Names callsWhileAsking(VulkanViewport& viewport, int milliseconds) {
+    static std::string callsWhileAsking(VulkanViewport& viewport, int milliseconds) {
         script().events.clear();
         const QDeadlineTimer end(milliseconds);
         EXPECT_TRUE(pumpUntil([&] {
@@ -67,10 +75,9 @@ protected:
             QCoreApplication::sendEvent(&viewport, &request);
             return end.hasExpired();
         }));
-        return script().names();
+        return script().calls();
     }
 
-    testing::DataHome home_;
     testing::LogCapture log_;
     testing::Client client_;
     std::unique_ptr<AppContext> context_;
@@ -84,30 +91,29 @@ TEST_F(ViewportTest, ShowsFramesInTheDevicePixelsOfTheWindow) {
     script().events.clear();
     viewport.show();
     expectFrames();
-    auto names = script().names();
-    names.resize(8);
-    EXPECT_EQ(names, (Names{"target+", "update", "activeScene", "resize", "renderSettings", "cameraView",
-                            "render", "update"}));
+    EXPECT_TRUE(script().calls().starts_with(
+        "target+ update activeScene resize renderSettings cameraView render update"));
 
     const auto width = std::lround(viewport.width() * viewport.devicePixelRatio());
     const auto height = std::lround(viewport.height() * viewport.devicePixelRatio());
     const auto extent = std::to_string(width) + "x" + std::to_string(height);
-    EXPECT_EQ(script().last("target+").details, extent + " Vsync");
-    EXPECT_EQ(script().last("resize").details, extent);
-    EXPECT_EQ(script().last("render").details, "Empty");
+    EXPECT_EQ(script().details("target+"), extent + " Vsync");
+    EXPECT_EQ(script().details("resize"), extent);
+    EXPECT_EQ(script().details("render"), "Empty");
     EXPECT_EQ(client_.aspect, static_cast<float>(width) / static_cast<float>(height));
 
     const Scene scene("Cubes");
     client_.scene = &scene;
     viewport.resize(1, 1);
-    ASSERT_TRUE(pumpUntil([] { return script().last("resize").details == "1x1"; }));
+    EXPECT_TRUE(pumpUntil([] { return script().details("resize") == "1x1"; }));
     expectFrames();
-    EXPECT_EQ(script().last("render").details, "Cubes");
+    EXPECT_EQ(script().details("render"), "Cubes");
     for (const auto& event : script().events)
         EXPECT_TRUE(event.name != "resize" || (event.details[0] != '0' && !event.details.ends_with("x0")));
 }
 
 TEST_F(ViewportTest, KeepsTheRefreshIntervalOnlyWhereVsyncDoesNotBlock) {
+    using Milliseconds = std::chrono::duration<double, std::milli>;
     constexpr int intervals = 20;
     for (const auto& [vsync, blocks] :
          {std::pair(true, false), std::pair(true, true), std::pair(false, false)}) {
@@ -125,13 +131,14 @@ TEST_F(ViewportTest, KeepsTheRefreshIntervalOnlyWhereVsyncDoesNotBlock) {
 
         const double rate = viewport.screen()->refreshRate();
         const Milliseconds interval(1000.0 / (rate > 1.0 ? rate : 60.0));
+        Milliseconds whole(0);
+        Milliseconds shortest = Milliseconds::max();
         // The target is made just before the first frame starts.
-        auto previous = script().last("target+").time;
-        const Milliseconds whole = script().last("render").time - previous;
-        auto shortest = Milliseconds::max();
+        auto previous = std::ranges::find(script().events, "target+", &scripted::Event::name)->time;
         for (const auto& event : script().events) {
             if (event.name == "update") {
                 shortest = std::min<Milliseconds>(shortest, event.time - previous);
+                whole += event.time - previous;
                 previous = event.time;
             }
         }
@@ -143,22 +150,20 @@ TEST_F(ViewportTest, KeepsTheRefreshIntervalOnlyWhereVsyncDoesNotBlock) {
 }
 
 TEST_F(ViewportTest, RestsWhileHiddenAndBoundsTheStepAfterwards) {
-    VulkanViewport& viewport = make();
-    viewport.show();
-    expectFrames();
+    VulkanViewport& viewport = makeRunning();
     viewport.hide();
     EXPECT_TRUE(pumpUntil([&] { return !viewport.isExposed(); }));
-    EXPECT_EQ(callsWhileAsking(viewport, 300), Names{});
+    EXPECT_EQ(callsWhileAsking(viewport, 300), "");
 
-    std::vector<double> steps;
+    std::vector<float> steps;
     script().on["update"] = [&] {
         EXPECT_FLOAT_EQ(static_cast<float>(viewport.frameIntervalMs()), client_.dt * 1000.0F);
         steps.push_back(client_.dt);
     };
     viewport.show();
     expectFrames(30);
-    EXPECT_EQ(steps.at(0), 0.25);
-    EXPECT_LT(*std::ranges::min_element(steps), 0.25);
+    EXPECT_EQ(steps.at(0), 0.25F);
+    EXPECT_LT(std::ranges::min(steps), 0.25F);
     EXPECT_GE(std::ranges::count(log_.lines(LogLevel::Debug, "Viewport"), "expose: visible"), 2);
 }
 
@@ -168,15 +173,14 @@ TEST_F(ViewportTest, FirstFailureIsToldOnceAndStopsRendering) {
     struct Case {
         std::string source;
         std::function<void()> error;
-        std::string message;
+        std::string message; // the beginning
     };
     std::vector<Case> cases = {
         {"target+", other, "Cannot create swapchain: %1 bytes"},
         {"target+", gone, "Cannot create swapchain: Treiber zurückgesetzt"},
         {"render", throwing(std::bad_alloc()), "Rendering failed: std::bad_alloc"},
-        // The words are free; it must not reach the event loop.
-        {"update", throwing(42), ""},
-        {"cameraView", throwing(42), ""},
+        {"update", throwing(42), "Rendering failed: "},
+        {"cameraView", throwing(42), "Rendering failed: "},
     };
     for (const char* source : {"resize", "render", "update", "activeScene", "cameraView", "renderSettings"}) {
         cases.push_back({source, other, "Rendering failed: %1 bytes"});
@@ -189,20 +193,22 @@ TEST_F(ViewportTest, FirstFailureIsToldOnceAndStopsRendering) {
         SCOPED_TRACE(c.source + ": " + c.message);
         script() = {};
         const testing::LogCapture log;
+        script().on["render"] = [&] {
+            script().on[c.source] = c.error;
+        };
+        if (c.source == "target+")
+            script().on["target+"] = c.error;
         VulkanViewport& viewport = make();
-        if (c.source != "target+")
-            viewport.show(), expectFrames(1);
-        script().on[c.source] = c.error;
         viewport.show();
-        ASSERT_TRUE(pumpUntil([&] { return !failures_.empty(); }));
+        EXPECT_TRUE(pumpUntil([&] { return !failures_.empty(); }));
         const int frames = frames_;
-        EXPECT_EQ(callsWhileAsking(viewport, 20), Names{});
+        EXPECT_EQ(callsWhileAsking(viewport, 20), "");
         EXPECT_EQ(frames_, frames);
-        EXPECT_EQ(failures_, Names{c.message.empty() ? failures_.front() : c.message});
-        EXPECT_EQ(log.lines(LogLevel::Warn), failures_);
+        ASSERT_EQ(failures_.size(), 1U);
+        EXPECT_TRUE(failures_[0].starts_with(c.message)) << failures_[0];
         EXPECT_TRUE(viewport.captureFrame({8, 8}).isNull());
         viewport_.reset();
-        EXPECT_EQ(script().names(), c.source == "target+" ? Names{} : (Names{"waitIdle", "target-"}));
+        EXPECT_EQ(script().calls(), c.source == "target+" ? "" : "waitIdle target-");
         EXPECT_EQ(log.lines(LogLevel::Warn), failures_);
     }
 }
@@ -213,16 +219,13 @@ TEST_F(ViewportTest, WithoutRendererItHasFailedSilently) {
     EXPECT_TRUE(viewport.hasFailed());
     EXPECT_TRUE(viewport.captureFrame({8, 8}).isNull());
     viewport.show();
-    EXPECT_EQ(callsWhileAsking(viewport, 50), Names{});
+    EXPECT_EQ(callsWhileAsking(viewport, 50), "");
     EXPECT_TRUE(failures_.empty());
     EXPECT_EQ(log_.lines(LogLevel::Warn).size(), 1U); // the context's
 }
 
 TEST_F(ViewportTest, LostSurfaceGetsANewTargetEvenWhenIdlingFails) {
-    VulkanViewport& viewport = make();
-    viewport.show();
-    expectFrames();
-    script().events.clear();
+    makeRunning();
     frames_ = 0;
     script().frameResult = FrameResult::SurfaceLost;
     script().on["waitIdle"] = throwing(std::runtime_error("busy"));
@@ -231,13 +234,11 @@ TEST_F(ViewportTest, LostSurfaceGetsANewTargetEvenWhenIdlingFails) {
         script().frameResult = FrameResult::Presented;
     };
     expectFrames();
-    auto names = script().names();
-    names.erase(names.begin(), std::ranges::find(names, "render"));
-    names.resize(5);
-    EXPECT_EQ(names, (Names{"render", "waitIdle", "target-", "target+", "update"}));
+    EXPECT_TRUE(script().calls().find("cameraView render waitIdle target- target+ update") !=
+                std::string::npos);
+    EXPECT_EQ(script().count("target+"), 1);
     EXPECT_EQ(log_.lines(LogLevel::Warn),
               (Names{"surface lost - recreating", "waitIdle failed while releasing swapchain: busy"}));
-    EXPECT_FALSE(viewport.hasFailed());
 }
 
 TEST_F(ViewportTest, EveryWayOfHidingReleasesTheTargetOnTheSpot) {
@@ -247,7 +248,6 @@ TEST_F(ViewportTest, EveryWayOfHidingReleasesTheTargetOnTheSpot) {
     auto* viewport = viewport_.release(); // the container's from here on
     viewport->setInputContainer(container);
     (new QHBoxLayout(owner.get()))->addWidget(container);
-    owner->resize(300, 200);
     owner->show();
     expectFrames();
 
@@ -268,86 +268,90 @@ TEST_F(ViewportTest, EveryWayOfHidingReleasesTheTargetOnTheSpot) {
         {[&] { owner->setWindowFlag(Qt::WindowStaysOnTopHint); }, showOwner},
         {[&] { viewport->hide(); }, showWindow},
         {[&] { viewport->destroy(); }, showWindow},
-        {[&] { owner.reset(); },
-         [] {
-         }},
     };
     for (const auto& [hide, show] : hidings) {
         SCOPED_TRACE(&hide - &hidings[0].first);
         script().events.clear();
         hide();
-        EXPECT_EQ(script().names(), (Names{"waitIdle", "target-"}));
+        EXPECT_EQ(script().calls(), "waitIdle target-");
         show();
-        if (owner)
-            expectFrames();
+        expectFrames();
     }
+    script().events.clear();
+    owner.reset();
+    EXPECT_EQ(script().calls(), "waitIdle target-");
 }
 
-TEST_F(ViewportTest, MayBeDestroyedInAnyState) {
-    const auto show = [this] {
-        viewport_->show();
-    };
-    const auto run = [&] {
-        show(), expectFrames();
-    };
-    const auto failing = [&] {
-        script().on["render"] = throwing(rhi::DeviceLostError("gone"));
-    };
-    // By a receiver of its own signal, at once or later.
-    const auto inReceiver = [&](auto signal, bool atOnce) {
-        QObject::connect(viewport_.get(), signal, viewport_.get(), [this, atOnce] {
-            if (atOnce)
-                viewport_.reset();
-            else if (viewport_)
-                viewport_.release()->deleteLater();
-        });
-        show();
-        EXPECT_TRUE(pumpUntil([&] { return script().count("target-") == 1; }));
-    };
-    const std::vector<std::function<void()>> states = {
-        [] {},
-        show,
-        run,
-        [&] { run(), viewport_->hide(); },
-        [&] { run(), viewport_->destroy(); },
-        [&] { failing(), show(), pumpUntil([&] { return viewport_->hasFailed(); }); },
-        [&] { inReceiver(&VulkanViewport::frameRendered, false); },
-        [&] { inReceiver(&VulkanViewport::frameRendered, true); },
-        [&] { failing(), inReceiver(&VulkanViewport::renderFailed, false); },
-        [&] { failing(), inReceiver(&VulkanViewport::renderFailed, true); },
-    };
-    for (const auto& reach : states) {
-        SCOPED_TRACE(&reach - states.data());
-        script() = {};
-        make();
-        reach();
+TEST_F(ViewportTest, MayBeHiddenOrDestroyedAtAnyTime) {
+    const auto end = [this] {
         viewport_.reset();
-        EXPECT_EQ(script().count("target+"), script().count("target-"));
-        EXPECT_EQ(script().count("waitIdle"), script().count("target-"));
-        context_.reset();
-        EXPECT_EQ(script().names().back(), "context-");
+    };
+    const auto endLater = [this] {
+        if (viewport_)
+            viewport_.release()->deleteLater();
+    };
+    const auto hide = [this] {
+        viewport_->hide();
+    };
+    // Also from inside the client's calls and the viewport's own signals.
+    for (const char* moment : {"never shown", "running", "update", "activeScene", "renderSettings",
+                               "cameraView", "frameRendered", "renderFailed"}) {
+        for (const std::function<void()>& act :
+             {std::function<void()>(end), std::function<void()>(endLater), std::function<void()>(hide)}) {
+            SCOPED_TRACE(moment);
+            script() = {};
+            VulkanViewport& viewport = make();
+            const std::string when(moment);
+            bool done = false;
+            const auto once = [&] {
+                if (!std::exchange(done, true))
+                    act();
+            };
+            if (when == "running")
+                script().on["render"] = [&] {
+                    QTimer::singleShot(0, context_->logBridge.get(), once);
+                };
+            else if (when == "renderFailed")
+                script().on["render"] = throwing(std::runtime_error("boom"));
+            else
+                script().on[when] = once;
+            QObject::connect(&viewport, &VulkanViewport::frameRendered, &viewport,
+                             [&] { script().note("frameRendered"); });
+            QObject::connect(&viewport, &VulkanViewport::renderFailed, &viewport, once);
+            if (when == "never shown")
+                once();
+            else
+                viewport.show();
+            EXPECT_TRUE(pumpUntil([&] {
+                return done && (viewport_ || script().count("target+") == script().count("target-"));
+            }));
+            viewport_.reset();
+            EXPECT_EQ(script().count("target+"), script().count("target-"));
+            EXPECT_EQ(script().count("waitIdle"), script().count("target-"));
+            context_.reset();
+            EXPECT_TRUE(script().calls().ends_with("renderer- context-"));
+        }
     }
 }
 
 TEST_F(ViewportTest, VsyncReachesThePresentTargetAndTheNext) {
-    VulkanViewport& viewport = make(true);
+    VulkanViewport& viewport = make();
     viewport.setVsync(false);
     EXPECT_EQ(script().count("policy"), 0);
     viewport.show();
     expectFrames();
-    EXPECT_TRUE(script().last("target+").details.ends_with(" NoVsync"));
+    EXPECT_TRUE(script().details("target+").ends_with(" NoVsync"));
     viewport.setVsync(true);
-    EXPECT_EQ(script().last("policy").details, "Vsync");
+    EXPECT_EQ(script().details("policy"), "Vsync");
     viewport.setVsync(false);
-    EXPECT_EQ(script().last("policy").details, "NoVsync");
+    EXPECT_EQ(script().details("policy"), "NoVsync");
     EXPECT_EQ(script().count("target+"), 1);
-    EXPECT_TRUE(make(false).captureFrame({}).isNull());
 }
 
 TEST_F(ViewportTest, CapturesTheFinalPictureWithoutTheWindow) {
     VulkanViewport& viewport = make();
     const QImage image = viewport.captureFrame({640, 360});
-    EXPECT_EQ(script().last("capture").details, "Empty 640x360 final");
+    EXPECT_EQ(script().details("capture"), "Empty 640x360 final");
     EXPECT_EQ(client_.aspect, 1.7777778F);
     EXPECT_EQ(image.size(), QSize(640, 360));
     EXPECT_EQ(image.format(), QImage::Format_RGBA8888);
@@ -362,15 +366,14 @@ TEST_F(ViewportTest, CapturesTheFinalPictureWithoutTheWindow) {
 
     for (const char* source : {"capture", "cameraView", "renderSettings", "activeScene"}) {
         SCOPED_TRACE(source);
-        for (const auto& error : {throwing(rhi::DeviceLostError("gone")), throwing(42)}) {
-            script() = {};
-            script().on[source] = error;
-            EXPECT_NO_THROW(EXPECT_TRUE(viewport.captureFrame({10, 10}).isNull()));
-        }
+        script() = {};
+        script().on[source] = throwing(rhi::DeviceLostError("gone"));
+        EXPECT_TRUE(viewport.captureFrame({10, 10}).isNull());
+        EXPECT_EQ(log_.lines(LogLevel::Info, "Viewport").back(), "capture failed: gone");
+        script().on[source] = throwing(42);
+        EXPECT_NO_THROW(EXPECT_TRUE(viewport.captureFrame({10, 10}).isNull()));
     }
-    const auto lines = log_.lines(LogLevel::Error, "Viewport");
-    EXPECT_EQ(lines.size(), 8U);
-    EXPECT_EQ(std::ranges::count(lines, "capture failed: gone"), 4);
+    EXPECT_EQ(log_.lines(LogLevel::Error, "Viewport").size(), 8U);
     EXPECT_FALSE(viewport.hasFailed());
     EXPECT_TRUE(failures_.empty());
 }
@@ -385,16 +388,15 @@ TEST_F(ViewportTest, StatisticsCountPresentedAndSkippedFrames) {
         R"(^(\d+\.\d) frames/s presented, (\d+) skipped \(no swapchain image ready\) in (\d+\.\d) s$)");
     QRegularExpressionMatch match;
     ASSERT_TRUE(pumpUntil([&] {
-        const auto lines = log_.lines(LogLevel::Debug, "Viewport");
-        return std::ranges::any_of(lines, [&](const auto& line) {
+        return std::ranges::any_of(log_.lines(LogLevel::Debug, "Viewport"), [&](const auto& line) {
             match = pattern.match(QString::fromStdString(line));
             return match.hasMatch();
         });
     }));
-    const double presented = match.captured(1).toDouble() * match.captured(3).toDouble();
-    const double skipped = match.captured(2).toDouble();
-    EXPECT_NEAR(skipped, presented * 2, 5 + presented / 5);
-    EXPECT_GE(match.captured(3).toDouble(), 1.0);
+    const double seconds = match.captured(3).toDouble();
+    const double presented = match.captured(1).toDouble() * seconds;
+    EXPECT_GE(seconds, 1.0);
+    EXPECT_NEAR(match.captured(2).toDouble(), presented * 2, 5 + presented / 5);
 }
 
 } // namespace

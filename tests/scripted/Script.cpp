@@ -1,24 +1,21 @@
 #include "Script.hpp"
 
 #include <algorithm>
-#include <stdexcept>
 #include <utility>
 
 namespace tarvik::scripted {
 
-void Script::note(std::string name, std::string details) {
+void Script::note(const std::string& name, std::string details) {
+    events.push_back({name, std::move(details), std::chrono::steady_clock::now()});
     // A copy, because what runs may set up the next call.
-    const auto found = on.find(name);
-    const auto action = found == on.end() ? std::function<void()>() : found->second;
-    events.push_back({std::move(name), std::move(details), std::chrono::steady_clock::now()});
-    if (action)
+    if (const auto action = on[name])
         action();
 }
 
-std::vector<std::string> Script::names() const {
-    std::vector<std::string> result;
+std::string Script::calls() const {
+    std::string result;
     for (const Event& event : events)
-        result.push_back(event.name);
+        result += (result.empty() ? "" : " ") + event.name;
     return result;
 }
 
@@ -26,12 +23,10 @@ std::ptrdiff_t Script::count(const std::string& name) const {
     return std::ranges::count(events, name, &Event::name);
 }
 
-const Event& Script::last(const std::string& name) const {
-    for (auto event = events.rbegin(); event != events.rend(); ++event) {
-        if (event->name == name)
-            return *event;
-    }
-    throw std::logic_error("the renderer never noted " + name);
+std::string Script::details(const std::string& name) const {
+    const auto event =
+        std::find_if(events.rbegin(), events.rend(), [&](const Event& e) { return e.name == name; });
+    return event == events.rend() ? std::string() : event->details;
 }
 
 Script& script() {

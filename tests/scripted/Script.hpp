@@ -27,11 +27,11 @@ struct Script {
     std::map<std::string, std::function<void()>> on;
     std::vector<Event> events;
 
-    void note(std::string name, std::string details = {});
-    [[nodiscard]] std::vector<std::string> names() const;
+    void note(const std::string& name, std::string details = {});
+    [[nodiscard]] std::string calls() const; // the events' names in one line
     [[nodiscard]] std::ptrdiff_t count(const std::string& name) const;
-    // The last event of that name, which must exist.
-    [[nodiscard]] const Event& last(const std::string& name) const;
+    // Of the last event of that name; empty when there is none.
+    [[nodiscard]] std::string details(const std::string& name) const;
 };
 
 Script& script();
