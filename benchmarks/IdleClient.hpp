@@ -2,8 +2,6 @@
 
 #include <tarvik/app/ViewportClient.hpp>
 
-#include <glm/trigonometric.hpp>
-
 namespace tarvik::bench {
 
 // Looks at an empty scene and does nothing.
@@ -11,9 +9,7 @@ class IdleClient : public app::ViewportClient {
 public:
     void update(float /*dt*/, const InputState& /*input*/, bool /*windowActive*/) override {}
     const Scene* activeScene() override { return nullptr; }
-    CameraView cameraView(float aspect) override {
-        return lookAt({4.0F, 3.0F, 5.0F}, {0.0F, 0.0F, 0.0F}, glm::radians(50.0F), aspect, 0.1F);
-    }
+    CameraView cameraView(float /*aspect*/) override { return {}; }
     render::RenderSettings renderSettings() override { return {}; }
     void clicked(glm::vec2 /*ndc*/) override {}
     bool mousePressed(glm::vec2 /*ndc*/, Qt::MouseButton /*button*/,

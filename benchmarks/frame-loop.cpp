@@ -2,8 +2,6 @@
 #include "Compare.hpp"
 #include "IdleClient.hpp"
 
-#include "Script.hpp"
-
 #include <tarvik/app/AppContext.hpp>
 #include <tarvik/app/VulkanViewport.hpp>
 
@@ -11,43 +9,46 @@
 #include <QEventLoop>
 #include <QTimer>
 
+#include <cstddef>
+#include <utility>
+#include <vector>
+
 namespace tarvik::bench {
 namespace {
 
-constexpr int kWarmUp = 100;
-constexpr int kFrames = 2000;
+constexpr std::size_t kFrames = 2000;
 
-// Tells when a loop has run its frames.
+// Lets a loop run its frames. What they cost is the median from one to the next, so that the moments in which
+// another program has the processor do not count.
 class FrameCounter final {
 public:
+    FrameCounter() { frames_.reserve(kFrames); }
     void frame() {
-        ++frames_;
-        if (frames_ == kWarmUp)
-            start_ = Clock::now();
-        if (frames_ == kWarmUp + kFrames) {
-            cost_ = nanoseconds(Clock::now() - start_) / kFrames;
+        frames_.push_back(Clock::now());
+        if (done())
             loop_.quit();
-        }
     }
-    [[nodiscard]] bool done() const { return frames_ >= kWarmUp + kFrames; }
+    [[nodiscard]] bool done() const { return frames_.size() == kFrames; }
     double run() {
         loop_.exec();
-        return cost_;
+        std::vector<double> costs;
+        for (std::size_t i = 1; i < frames_.size(); ++i)
+            costs.push_back(nanoseconds(frames_[i] - frames_[i - 1]));
+        return median(std::move(costs));
     }
 
 private:
     QEventLoop loop_;
-    int frames_ = 0;
-    Clock::time_point start_;
-    double cost_ = 0.0;
+    std::vector<Clock::time_point> frames_;
 };
 
 class CountingClient final : public IdleClient {
 public:
     void update(float /*dt*/, const InputState& /*input*/, bool /*windowActive*/) override {
-        counter->frame();
+        if (counter)
+            counter->frame();
     }
-    FrameCounter* counter = nullptr;
+    FrameCounter* counter = nullptr; // null while the loop comes to rest
 };
 
 double viewportLoop(app::VulkanViewport& viewport, CountingClient& client) {
@@ -55,9 +56,8 @@ double viewportLoop(app::VulkanViewport& viewport, CountingClient& client) {
     client.counter = &counter;
     viewport.show();
     const double cost = counter.run();
-    // Rests until it is shown again.
     viewport.hide();
-    scripted::script().events.clear();
+    client.counter = nullptr;
     return cost;
 }
 

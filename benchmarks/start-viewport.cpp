@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 
 #include <fmt/format.h>
+#include <glm/trigonometric.hpp>
 
 #include <cstdio>
 
@@ -26,6 +27,9 @@ public:
         scene_.add(sun);
     }
     const tarvik::Scene* activeScene() override { return content_ == Content::Scene ? &scene_ : nullptr; }
+    tarvik::CameraView cameraView(float aspect) override {
+        return tarvik::lookAt({4.0F, 3.0F, 5.0F}, {0.0F, 0.0F, 0.0F}, glm::radians(50.0F), aspect, 0.1F);
+    }
     tarvik::render::RenderSettings renderSettings() override {
         return {.finalPicture = false, .grid = content_ == Content::Scene};
     }
