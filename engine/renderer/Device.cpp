@@ -44,10 +44,8 @@ UniqueSemaphore makeSemaphore(const Device& device) {
     return {device, semaphore};
 }
 
-UniqueFence makeFence(const Device& device, FenceState state) {
-    const VkFenceCreateInfo info{
-        .sType = VK_STRUCTURE_TYPE_FENCE_CREATE_INFO,
-        .flags = state == FenceState::Signalled ? VkFenceCreateFlags{VK_FENCE_CREATE_SIGNALED_BIT} : 0};
+UniqueFence makeFence(const Device& device) {
+    const VkFenceCreateInfo info{.sType = VK_STRUCTURE_TYPE_FENCE_CREATE_INFO};
     VkFence fence = VK_NULL_HANDLE;
     check(device.vk.vkCreateFence(device.handle, &info, nullptr, &fence), "creating a fence");
     return {device, fence};

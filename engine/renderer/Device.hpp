@@ -73,8 +73,7 @@ using UniqueShaderModule = Unique<VkShaderModule, &VolkDeviceTable::vkDestroySha
 using UniqueSwapchain = Unique<VkSwapchainKHR, &VolkDeviceTable::vkDestroySwapchainKHR>;
 
 [[nodiscard]] UniqueSemaphore makeSemaphore(const Device& device);
-enum class FenceState : bool { Unsignalled, Signalled };
-[[nodiscard]] UniqueFence makeFence(const Device& device, FenceState state);
+[[nodiscard]] UniqueFence makeFence(const Device& device);
 
 // A pool with its one command buffer, recorded anew for every use.
 struct CommandBuffer final {

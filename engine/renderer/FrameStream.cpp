@@ -167,7 +167,8 @@ void FrameStream::grow(VkDeviceSize size) {
 
 void FrameStream::write(const Scene& scene, const CameraView& view) {
     const std::size_t count = instanceCount(scene);
-    const VkDeviceSize needed = kInstanceOffset + count * sizeof(Instance);
+    // Never none: a vertex buffer cannot be bound at its end.
+    const VkDeviceSize needed = kInstanceOffset + std::max<std::size_t>(count, 1) * sizeof(Instance);
     if (buffer_.size() < needed)
         grow(std::bit_ceil(needed));
 

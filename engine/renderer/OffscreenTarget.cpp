@@ -49,7 +49,7 @@ void OffscreenTarget::record(SceneDrawer& drawer, const Scene& scene, const Came
 }
 
 void OffscreenTarget::submit() {
-    const auto fence = rhi::makeFence(device_, rhi::FenceState::Unsignalled);
+    const auto fence = rhi::makeFence(device_);
     const VkCommandBufferSubmitInfo commands{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_SUBMIT_INFO,
                                              .commandBuffer = commands_.handle};
     const VkSubmitInfo2 submit{.sType = VK_STRUCTURE_TYPE_SUBMIT_INFO_2,

@@ -11,13 +11,12 @@ namespace tarvik::render {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 // Longer than a refresh of a slow display, short enough for the thread that also serves the user.
 constexpr std::chrono::milliseconds kPatience{18};
 
-std::chrono::nanoseconds until(Clock::time_point deadline) {
-    return std::max<std::chrono::nanoseconds>(deadline - Clock::now(), std::chrono::nanoseconds::zero());
+std::chrono::nanoseconds until(std::chrono::steady_clock::time_point deadline) {
+    return std::max<std::chrono::nanoseconds>(deadline - std::chrono::steady_clock::now(),
+                                              std::chrono::nanoseconds::zero());
 }
 
 } // namespace
@@ -30,83 +29,114 @@ PresentTarget::Impl::Impl(const rhi::Device& device, VkSurfaceKHR surface, VkExt
       policy_(policy),
       frames_{Frame(device), Frame(device)} {
     remake();
-    if (state_ == rhi::ImageOutcome::SurfaceLost)
+    if (lost_)
         throw rhi::VulkanError("the window's surface is lost", VK_ERROR_SURFACE_LOST_KHR);
 }
 
+PresentTarget::Impl::~Impl() {
+    // The caller should have waited; on a lost device this returns at once.
+    device_.vk.vkQueueWaitIdle(device_.queue);
+}
+
 void PresentTarget::Impl::resize(VkExtent2D extent) {
-    const bool same = extent.width == wanted_.width && extent.height == wanted_.height;
-    if (same && state_ != rhi::ImageOutcome::OutOfDate)
-        return;
+    if (extent.width != wanted_.width || extent.height != wanted_.height)
+        stale_ = true;
     wanted_ = extent;
-    state_ = rhi::ImageOutcome::OutOfDate;
-    remake();
 }
 
 void PresentTarget::Impl::setPolicy(rhi::PresentPolicy policy) {
     if (policy != policy_)
-        state_ = rhi::ImageOutcome::OutOfDate;
+        stale_ = true;
     policy_ = policy;
-}
-
-// An exception leaves the state OutOfDate, so that the next frame or resize tries again.
-void PresentTarget::Impl::remake() {
-    auto& chain = swapchain.impl();
-    const rhi::ImageOutcome outcome = chain.remake(wanted_, policy_);
-    if (outcome == rhi::ImageOutcome::Ready) {
-        attachments_ = {};
-        attachments_ = Attachments(device_, chain.extent(), chain.format());
-        // Nothing is in flight now. A frame that was broken off may have left these signalled.
-        for (Frame& frame : frames_) {
-            frame.acquired = rhi::makeSemaphore(device_);
-            frame.done = rhi::makeFence(device_, rhi::FenceState::Signalled);
-        }
-    }
-    state_ = outcome;
-}
-
-rhi::ImageOutcome PresentTarget::Impl::begin(Frame& frame) {
-    if (state_ != rhi::ImageOutcome::Ready && state_ != rhi::ImageOutcome::SurfaceLost)
-        remake();
-    if (state_ != rhi::ImageOutcome::Ready)
-        return state_;
-
-    const auto deadline = Clock::now() + kPatience;
-    const VkFence done = frame.done.get();
-    const auto earlier =
-        rhi::imageOutcome(device_.vk.vkWaitForFences(device_.handle, 1, &done, VK_TRUE,
-                                                     static_cast<std::uint64_t>(until(deadline).count())),
-                          "waiting for an earlier frame");
-    if (earlier != rhi::ImageOutcome::Ready)
-        return earlier;
-    return swapchain.impl().acquire(frame.acquired.get(), until(deadline));
 }
 
 FrameResult PresentTarget::Impl::draw(SceneDrawer& drawer, const Scene& scene, const CameraView& view,
                                       const RenderSettings& settings) {
-    Frame& frame = frames_[frame_];
-    const rhi::ImageOutcome begun = begin(frame);
-    if (begun == rhi::ImageOutcome::NotReady)
-        return rhi::frameResult(begun);
-    // Until the frame is presented the swapchain counts as broken: an exception leaves an image acquired.
-    state_ = rhi::ImageOutcome::OutOfDate;
-    if (begun == rhi::ImageOutcome::OutOfDate || begun == rhi::ImageOutcome::SurfaceLost) {
-        state_ = begun;
-        return rhi::frameResult(begun);
+    try {
+        const auto deadline = Clock::now() + kPatience;
+        Frame& frame = frames_[frame_];
+        if (!drawn_) {
+            const FrameResult acquired = rhi::frameResult(acquire(deadline));
+            if (acquired != FrameResult::Presented)
+                return acquired;
+            record(frame, drawer, scene, view, settings);
+            submit(frame);
+            drawn_ = true;
+        }
+        // Software drivers hold whoever presents until the picture is drawn, which may take long.
+        const bool presentHolds = device_.properties.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU;
+        if (presentHolds && !waitFor(frame, deadline))
+            return FrameResult::Skipped;
+        return rhi::frameResult(present());
+    } catch (...) {
+        // An image may have been acquired that will never be presented.
+        stale_ = true;
+        drawn_ = false;
+        throw;
     }
+}
 
-    record(frame, drawer, scene, view, settings);
-    submit(frame);
+void PresentTarget::Impl::remake() {
+    auto& chain = swapchain.impl();
+    const rhi::ImageOutcome outcome = noted(chain.remake(wanted_, policy_));
+    if (outcome != rhi::ImageOutcome::Ready)
+        return;
+    attachments_ = {};
+    attachments_ = Attachments(device_, chain.extent(), chain.format());
+    // A frame that was broken off may have left its semaphore signalled.
+    for (Frame& frame : frames_) {
+        frame.acquired = rhi::makeSemaphore(device_);
+        frame.done = rhi::makeFence(device_);
+        frame.inFlight = false;
+    }
+    stale_ = false;
+}
+
+bool PresentTarget::Impl::waitFor(Frame& frame, Clock::time_point deadline) {
+    if (!frame.inFlight)
+        return true;
+    const VkFence done = frame.done.get();
+    const auto timeout = static_cast<std::uint64_t>(until(deadline).count());
+    const auto outcome = rhi::imageOutcome(
+        device_.vk.vkWaitForFences(device_.handle, 1, &done, VK_TRUE, timeout), "waiting for a frame");
+    frame.inFlight = outcome != rhi::ImageOutcome::Ready;
+    return !frame.inFlight;
+}
+
+rhi::ImageOutcome PresentTarget::Impl::acquire(Clock::time_point deadline) {
+    if (lost_)
+        return rhi::ImageOutcome::SurfaceLost;
+    if (stale_) {
+        for (Frame& frame : frames_)
+            if (!waitFor(frame, deadline))
+                return rhi::ImageOutcome::NotReady;
+        remake();
+        if (lost_)
+            return rhi::ImageOutcome::SurfaceLost;
+        if (stale_)
+            return rhi::ImageOutcome::NotReady;
+    }
+    Frame& frame = frames_[frame_];
+    if (!waitFor(frame, deadline))
+        return rhi::ImageOutcome::NotReady;
+    return noted(swapchain.impl().acquire(frame.acquired.get(), until(deadline)));
+}
+
+rhi::ImageOutcome PresentTarget::Impl::present() {
+    drawn_ = false;
     frame_ = (frame_ + 1) % kFramesInFlight;
-    const rhi::ImageOutcome presented = swapchain.impl().present();
-    const bool suboptimal =
-        begun == rhi::ImageOutcome::Suboptimal || presented == rhi::ImageOutcome::Suboptimal;
-    if (rhi::frameResult(presented) != FrameResult::Presented)
-        state_ = presented;
+    return noted(swapchain.impl().present());
+}
+
+rhi::ImageOutcome PresentTarget::Impl::noted(rhi::ImageOutcome outcome) {
+    if (outcome == rhi::ImageOutcome::OutOfDate)
+        stale_ = true;
     // A swapchain may stay suboptimal however often it is remade: only another size is worth it.
-    else if (!suboptimal || swapchain.impl().fits(wanted_))
-        state_ = rhi::ImageOutcome::Ready;
-    return rhi::frameResult(presented);
+    if (outcome == rhi::ImageOutcome::Suboptimal && !swapchain.impl().fits(wanted_))
+        stale_ = true;
+    if (outcome == rhi::ImageOutcome::SurfaceLost)
+        lost_ = true;
+    return outcome;
 }
 
 void PresentTarget::Impl::record(Frame& frame, SceneDrawer& drawer, const Scene& scene,
@@ -121,7 +151,7 @@ void PresentTarget::Impl::record(Frame& frame, SceneDrawer& drawer, const Scene&
     rhi::check(device_.vk.vkEndCommandBuffer(frame.commands.handle), "recording a frame");
 }
 
-void PresentTarget::Impl::submit(const Frame& frame) {
+void PresentTarget::Impl::submit(Frame& frame) {
     const VkSemaphoreSubmitInfo wait{.sType = VK_STRUCTURE_TYPE_SEMAPHORE_SUBMIT_INFO,
                                      .semaphore = frame.acquired.get(),
                                      .stageMask = VK_PIPELINE_STAGE_2_COLOR_ATTACHMENT_OUTPUT_BIT};
@@ -140,6 +170,7 @@ void PresentTarget::Impl::submit(const Frame& frame) {
     const VkFence done = frame.done.get();
     rhi::check(device_.vk.vkResetFences(device_.handle, 1, &done), "resetting a fence");
     rhi::check(device_.vk.vkQueueSubmit2(device_.queue, 1, &info, done), "submitting a frame");
+    frame.inFlight = true;
 }
 
 PresentTarget::PresentTarget(RenderContext& context, VkSurfaceKHR surface, VkExtent2D extent,

@@ -8,6 +8,7 @@
 #include <tarvik/renderer/Renderer.hpp>
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 
 namespace tarvik::render {
@@ -16,6 +17,9 @@ inline constexpr std::size_t kFramesInFlight = 2;
 
 struct PresentTarget::Impl final {
     Impl(const rhi::Device& device, VkSurfaceKHR surface, VkExtent2D extent, rhi::PresentPolicy policy);
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
+    ~Impl();
 
     void resize(VkExtent2D extent);
     void setPolicy(rhi::PresentPolicy policy);
@@ -25,6 +29,8 @@ struct PresentTarget::Impl final {
     rhi::Swapchain swapchain;
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     // What one frame in flight holds until the GPU is done with it.
     struct Frame {
         explicit Frame(const rhi::Device& device) : commands(device), stream(device) {}
@@ -32,21 +38,27 @@ private:
         FrameStream stream;
         rhi::UniqueSemaphore acquired;
         rhi::UniqueFence done;
+        bool inFlight = false;
     };
 
     void remake();
-    [[nodiscard]] rhi::ImageOutcome begin(Frame& frame);
+    [[nodiscard]] bool waitFor(Frame& frame, Clock::time_point deadline);
+    [[nodiscard]] rhi::ImageOutcome acquire(Clock::time_point deadline);
     void record(Frame& frame, SceneDrawer& drawer, const Scene& scene, const CameraView& view,
                 const RenderSettings& settings);
-    void submit(const Frame& frame);
+    void submit(Frame& frame);
+    [[nodiscard]] rhi::ImageOutcome present();
+    rhi::ImageOutcome noted(rhi::ImageOutcome outcome);
 
     const rhi::Device& device_;
     VkExtent2D wanted_;
     rhi::PresentPolicy policy_;
-    rhi::ImageOutcome state_ = rhi::ImageOutcome::OutOfDate; // of the swapchain: Ready, or why it is not
     Attachments attachments_;
     std::array<Frame, kFramesInFlight> frames_;
     std::size_t frame_ = 0;
+    bool stale_ = true;  // the swapchain must be remade before the next frame
+    bool lost_ = false;  // the surface is
+    bool drawn_ = false; // the current frame is submitted, not yet presented
 };
 
 } // namespace tarvik::render

@@ -114,17 +114,12 @@ Swapchain::Impl::Impl(const Device& device, VkSurfaceKHR surface) : device_(devi
         "listing the window's present modes");
 }
 
-Swapchain::Impl::~Impl() {
-    // The caller has waited; on a lost device this returns at once.
-    device_.vk.vkQueueWaitIdle(device_.queue);
-}
-
 ImageOutcome Swapchain::Impl::remake(VkExtent2D wanted, PresentPolicy policy) {
     VkSurfaceCapabilitiesKHR capabilities;
     const ImageOutcome queried =
         imageOutcome(device_.instance.surface().capabilities(device_.gpu, surface_, &capabilities),
                      "asking for the window's size");
-    // Neither drawing nor presenting may still use what goes now.
+    // Presenting may still use what goes now, and no fence tells.
     check(device_.vk.vkQueueWaitIdle(device_.queue), "waiting before the swapchain is remade");
     images_.clear();
     if (queried != ImageOutcome::Ready) {

@@ -22,10 +22,10 @@ struct Swapchain::Impl final {
     Impl(const Device& device, VkSurfaceKHR surface);
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
-    ~Impl();
 
-    // Waits until the queue is idle, then makes the swapchain anew. NotReady: the surface has no size just
+    // Makes the swapchain anew. NotReady: the surface has no size just
     // now, so there is no swapchain. When it throws there is none either, and it may be called again.
+    // The GPU must be done with the images.
     [[nodiscard]] ImageOutcome remake(VkExtent2D wanted, PresentPolicy policy);
     // Whether remake() would come to another size.
     [[nodiscard]] bool fits(VkExtent2D wanted) const;

@@ -22,9 +22,8 @@ public:
     // The device must be idle (Renderer::waitIdle).
     ~PresentTarget();
 
-    // Costs nothing when nothing changed; otherwise the swapchain is made anew.
+    // Both cost nothing when nothing changed; otherwise the swapchain is made anew with the next frame.
     void resize(VkExtent2D extent);
-    // Takes effect with the next frame.
     void setPolicy(rhi::PresentPolicy policy);
     [[nodiscard]] const rhi::Swapchain& swapchain() const;
 

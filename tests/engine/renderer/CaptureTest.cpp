@@ -1,0 +1,181 @@
+#include "Drawing.hpp"
+
+#include <tarvik/scene/CameraView.hpp>
+
+#include <glm/geometric.hpp>
+#include <glm/gtc/quaternion.hpp>
+#include <glm/matrix.hpp>
+#include <glm/vec4.hpp>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace tarvik {
+namespace {
+
+using testing::entityOf;
+
+constexpr Colour kRed{230, 40, 40};
+constexpr Colour kGreen{40, 200, 60};
+constexpr Colour kGrey{150, 150, 150};
+
+struct Pixel {
+    int red;
+    int green;
+    int blue;
+    int alpha;
+    [[nodiscard]] int brightness() const { return red + green + blue; }
+};
+
+Pixel at(const render::CapturedImage& image, std::uint32_t x, std::uint32_t y) {
+    const std::uint8_t* pixel = image.pixels.data() + (std::size_t{y} * image.width + x) * 4;
+    return {pixel[0], pixel[1], pixel[2], pixel[3]};
+}
+
+bool isRed(const Pixel& pixel) {
+    return pixel.red > 60 && pixel.red > 2 * pixel.green && pixel.red > 2 * pixel.blue;
+}
+
+bool isBackground(const Pixel& pixel) {
+    return pixel.brightness() < 200 && std::abs(pixel.red - pixel.blue) < 25;
+}
+
+class CaptureTest : public testing::DrawingTest {
+protected:
+    CaptureTest() { start(); }
+
+    render::CapturedImage capture(const Scene& scene, VkExtent2D extent,
+                                  const glm::vec3& eye = {0.0F, 0.0F, 3.0F},
+                                  const render::RenderSettings& settings = {.grid = false}) {
+        const float aspect = static_cast<float>(extent.width) / static_cast<float>(extent.height);
+        const auto image = renderer_->capture(scene, lookAt(eye, {}, 0.8F, aspect, 0.1F), extent, settings);
+        if (!image)
+            throw std::runtime_error(image.error().message);
+        return *image;
+    }
+};
+
+// How close the ray through the middle of a pixel passes to the world's origin.
+float closestToOrigin(const CameraView& view, VkExtent2D extent, std::uint32_t x, std::uint32_t y) {
+    const glm::vec2 ndc = (glm::vec2(x, y) + 0.5F) / glm::vec2(extent.width, extent.height) * 2.0F - 1.0F;
+    const glm::vec4 point = glm::inverse(view.projection * view.view) * glm::vec4(ndc, 0.5F, 1.0F);
+    const glm::vec3 direction = glm::normalize(glm::vec3(point) / point.w - view.position);
+    return glm::length(glm::cross(direction, view.position));
+}
+
+TEST_F(CaptureTest, ShowsASphereWhereTheCameraSeesItAtEverySize) {
+    Scene scene("sphere");
+    scene.add(entityOf(Mesh::Sphere, kRed));
+    const glm::vec3 eye{1.0F, 0.7F, 3.0F};
+    // Square, wide, tall, and larger than what is drawn at once in either direction.
+    for (const VkExtent2D extent : {VkExtent2D{64, 64}, {320, 180}, {90, 201}, {2500, 70}, {2060, 2100}}) {
+        const auto image = capture(scene, extent, eye);
+        ASSERT_EQ(image.pixels.size(), std::size_t{4} * extent.width * extent.height);
+        const CameraView view =
+            lookAt(eye, {}, 0.8F, static_cast<float>(extent.width) / static_cast<float>(extent.height), 0.1F);
+        const std::uint32_t stepX = extent.width / 61 + 1;
+        const std::uint32_t stepY = extent.height / 61 + 1;
+        for (std::uint32_t y = 0; y < extent.height; y += stepY) {
+            for (std::uint32_t x = 0; x < extent.width; x += stepX) {
+                const float distance = closestToOrigin(view, extent, x, y);
+                const Pixel pixel = at(image, x, y);
+                EXPECT_EQ(pixel.alpha, 255);
+                const bool edge = distance > 0.47F && distance < 0.53F; // a mixture
+                ASSERT_TRUE(edge || (distance < 0.5F ? isRed(pixel) : isBackground(pixel)))
+                    << x << ", " << y << " of " << extent.width << " x " << extent.height;
+            }
+        }
+    }
+}
+
+TEST_F(CaptureTest, TheNearerThingHidesTheFartherInEitherOrder) {
+    for (const bool nearFirst : {true, false}) {
+        Scene scene("depth");
+        const Entity near = entityOf(Mesh::Cube, kRed, {0.0F, 0.0F, 1.0F});
+        const Entity far = entityOf(Mesh::Cube, kGreen, {0.0F, 0.0F, -1.0F});
+        scene.add(nearFirst ? near : far);
+        scene.add(nearFirst ? far : near);
+        EXPECT_TRUE(isRed(at(capture(scene, {64, 64}), 32, 32)));
+    }
+}
+
+// Shines along -x, so what faces +x is bright.
+Entity lightFromTheRight() {
+    Entity light;
+    light.light = Light{};
+    light.transform.rotation = glm::angleAxis(1.5708F, glm::vec3(0.0F, 1.0F, 0.0F));
+    return light;
+}
+
+TEST_F(CaptureTest, LightFallsOnTheSideThatFacesIt) {
+    Scene scene("lit");
+    scene.add(entityOf(Mesh::Sphere, kGrey));
+    scene.add(lightFromTheRight());
+    const auto image = capture(scene, {64, 64});
+    EXPECT_GT(at(image, 40, 32).brightness(), at(image, 24, 32).brightness() + 60);
+}
+
+TEST_F(CaptureTest, FlatteningTurnsNormalsUpwards) {
+    Scene scene("flat");
+    scene.add(entityOf(Mesh::Sphere, kGrey, {}, {2.0F, 0.04F, 2.0F}));
+    scene.add(lightFromTheRight());
+    // From above, the light from the side only grazes a flat thing.
+    const auto image = capture(scene, {64, 64}, {0.0F, 3.0F, 0.01F});
+    EXPECT_LT(std::abs(at(image, 44, 32).brightness() - at(image, 20, 32).brightness()), 40);
+}
+
+TEST_F(CaptureTest, AMirroringScaleLooksLikeItsPositive) {
+    const auto captured = [&](const glm::vec3& scale) {
+        Scene scene("mirrored");
+        for (const Mesh mesh : {Mesh::Cube, Mesh::Sphere, Mesh::Cylinder})
+            scene.add(entityOf(mesh, kGrey, {0.8F * (static_cast<float>(mesh) - 2.0F), 0.0F, 0.0F}, scale));
+        return capture(scene, {160, 90}, {1.0F, 1.0F, 3.0F}).pixels;
+    };
+    EXPECT_EQ(captured({-0.6F, 0.9F, 0.7F}), captured({0.6F, 0.9F, 0.7F}));
+}
+
+TEST_F(CaptureTest, ThePlaneIsSeenFromBelowToo) {
+    Scene scene("plane");
+    scene.add(entityOf(Mesh::Plane, kRed, {}, {2.0F, 1.0F, 2.0F}));
+    EXPECT_TRUE(isRed(at(capture(scene, {64, 64}, {0.0F, 3.0F, 1.0F}), 32, 32)));
+    EXPECT_TRUE(isRed(at(capture(scene, {64, 64}, {0.0F, -3.0F, 1.0F}), 32, 32)));
+}
+
+TEST_F(CaptureTest, TheFinalPictureHasNoGrid) {
+    const Scene scene("empty");
+    const glm::vec3 eye{3.0F, 4.0F, 5.0F};
+    const auto plain = capture(scene, {160, 90}, eye).pixels;
+    EXPECT_NE(capture(scene, {160, 90}, eye, {.grid = true}).pixels, plain);
+    EXPECT_EQ(capture(scene, {160, 90}, eye, {.finalPicture = true, .grid = true}).pixels, plain);
+}
+
+TEST_F(CaptureTest, AnImpossibleSizeIsAnErrorThatNamesSizeAndLimit) {
+    const Scene scene("empty");
+    for (const VkExtent2D extent : {VkExtent2D{0, 10}, {10, 0}, {1'000'000, 10}, {10, 1'000'000}}) {
+        const auto image = renderer_->capture(scene, {}, extent, {});
+        ASSERT_FALSE(image.has_value());
+        EXPECT_NE(
+            image.error().message.find(std::to_string(extent.width) + " x " + std::to_string(extent.height)),
+            std::string::npos);
+        EXPECT_NE(image.error().message.find("16384 pixels"), std::string::npos) << image.error().message;
+    }
+}
+
+TEST_F(CaptureTest, TenThousandEntitiesAndMoreLightsThanFitAreDrawn) {
+    Scene scene("crowd");
+    for (int i = 0; i < 10'000; ++i) {
+        Entity entity =
+            entityOf(static_cast<Mesh>(1 + i % 4), kRed,
+                     {static_cast<float>(i % 100) - 50.0F, static_cast<float>(i / 100) - 50.0F, -60.0F});
+        if (i % 100 == 0) {
+            entity.light = Light{};
+            entity.light->kind = i % 200 == 0 ? LightKind::Point : LightKind::Directional;
+            entity.light->intensity = 0.05F;
+        }
+        scene.add(std::move(entity));
+    }
+    EXPECT_TRUE(isRed(at(capture(scene, {100, 100}), 50, 50)));
+}
+
+} // namespace
+} // namespace tarvik

@@ -1,0 +1,200 @@
+#include "Drawing.hpp"
+
+#include <tarvik/renderer/PresentTarget.hpp>
+#include <tarvik/scene/CameraView.hpp>
+
+#include <vulkan/vulkan_core.h>
+#include <xcb/xcb.h>
+
+#include <vulkan/vulkan_xcb.h>
+
+#include <dlfcn.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <new>
+
+namespace {
+std::atomic<bool> counting = false;
+std::atomic<int> allocations = 0;
+} // namespace
+
+// Every allocation of the program and its libraries comes by here.
+void* operator new(std::size_t size) {
+    if (counting)
+        ++allocations;
+    if (void* memory = std::malloc(size == 0 ? 1 : size))
+        return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace tarvik {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using render::FrameResult;
+
+// A bare X window with a Vulkan surface.
+class Window final {
+public:
+    Window(VkInstance instance, std::uint16_t width, std::uint16_t height)
+        : instance_(instance),
+          connection_(xcb_connect(nullptr, nullptr)),
+          window_(xcb_generate_id(connection_)) {
+        const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+        xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, screen->root, 0, 0, width, height, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+        xcb_map_window(connection_, window_);
+        sync();
+        const VkXcbSurfaceCreateInfoKHR info{.sType = VK_STRUCTURE_TYPE_XCB_SURFACE_CREATE_INFO_KHR,
+                                             .pNext = nullptr,
+                                             .flags = 0,
+                                             .connection = connection_,
+                                             .window = window_};
+        call<PFN_vkCreateXcbSurfaceKHR>("vkCreateXcbSurfaceKHR")(instance_, &info, nullptr, &surface_);
+    }
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+    ~Window() {
+        call<PFN_vkDestroySurfaceKHR>("vkDestroySurfaceKHR")(instance_, surface_, nullptr);
+        xcb_disconnect(connection_);
+    }
+
+    void resize(std::uint32_t width, std::uint32_t height) {
+        const std::uint32_t size[]{width, height};
+        xcb_configure_window(connection_, window_, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, size);
+        sync();
+    }
+    void destroy() {
+        xcb_destroy_window(connection_, window_);
+        sync();
+    }
+    [[nodiscard]] VkSurfaceKHR surface() const { return surface_; }
+
+private:
+    void sync() {
+        std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    }
+
+    template <typename Function>
+    Function call(const char* name) {
+        static const auto load = reinterpret_cast<PFN_vkGetInstanceProcAddr>(
+            dlsym(dlopen("libvulkan.so.1", RTLD_NOW), "vkGetInstanceProcAddr"));
+        return reinterpret_cast<Function>(load(instance_, name));
+    }
+
+    VkInstance instance_;
+    xcb_connection_t* connection_;
+    xcb_window_t window_;
+    VkSurfaceKHR surface_ = VK_NULL_HANDLE;
+};
+
+class PresentTest : public testing::DrawingTest {
+protected:
+    PresentTest() { scene_.add(testing::entityOf(Mesh::Sphere, {200, 40, 40})); }
+    ~PresentTest() override { closeWindow(); }
+
+    void open(Watch watch = Watch::Validated) {
+        start({"VK_KHR_surface", "VK_KHR_xcb_surface"}, watch);
+        window_ = std::make_unique<Window>(context_->vkInstance(), 320, 200);
+        target_ = std::make_unique<render::PresentTarget>(*context_, window_->surface(), VkExtent2D{320, 200},
+                                                          rhi::PresentPolicy::Vsync);
+    }
+    void closeWindow() {
+        if (target_)
+            renderer_->waitIdle();
+        target_.reset();
+        window_.reset();
+    }
+
+    FrameResult render() { return renderer_->render(*target_, scene_, view_, {}); }
+    // Draws until a frame ends like that.
+    bool renderUntil(FrameResult wanted) {
+        const auto deadline = Clock::now() + std::chrono::seconds(30);
+        while (Clock::now() < deadline)
+            if (render() == wanted)
+                return true;
+        return false;
+    }
+
+    Scene scene_{"sphere"};
+    CameraView view_ = lookAt({1.0F, 1.0F, 3.0F}, {}, 0.8F, 1.6F, 0.1F);
+    std::unique_ptr<Window> window_;
+    std::unique_ptr<render::PresentTarget> target_;
+};
+
+TEST_F(PresentTest, KeepsPresentingThroughAStormOfSizesAndPolicies) {
+    open();
+    EXPECT_TRUE(renderUntil(FrameResult::Presented));
+    for (std::uint32_t i = 1; i <= 40; ++i) {
+        const std::uint32_t width = 1 + (i * 97) % 500;
+        const std::uint32_t height = 1 + (i * 61) % 300;
+        window_->resize(width, height);
+        if (i % 3 != 0) // else the surface says so itself
+            target_->resize({width, height});
+        if (i % 5 == 0)
+            target_->setPolicy(i % 2 == 0 ? rhi::PresentPolicy::Vsync : rhi::PresentPolicy::NoVsync);
+        ASSERT_TRUE(renderUntil(FrameResult::Presented)) << i;
+    }
+}
+
+TEST_F(PresentTest, APolicyTakesEffectWithTheNextFrame) {
+    open();
+    EXPECT_TRUE(target_->swapchain().presentBlocks());
+    target_->setPolicy(rhi::PresentPolicy::NoVsync);
+    EXPECT_TRUE(target_->swapchain().presentBlocks());
+    render();
+    EXPECT_FALSE(target_->swapchain().presentBlocks());
+}
+
+TEST_F(PresentTest, AWindowThatIsGoneIsALostSurfaceAndEndsCleanly) {
+    open();
+    EXPECT_TRUE(renderUntil(FrameResult::Presented));
+    window_->destroy();
+    EXPECT_TRUE(renderUntil(FrameResult::SurfaceLost));
+    target_->resize({100, 100});
+    EXPECT_EQ(render(), FrameResult::SurfaceLost);
+}
+
+TEST_F(PresentTest, ATargetMayFollowAnotherWithoutWaiting) {
+    open();
+    EXPECT_TRUE(renderUntil(FrameResult::Presented));
+    target_.reset();
+    target_ = std::make_unique<render::PresentTarget>(*context_, window_->surface(), VkExtent2D{320, 200},
+                                                      rhi::PresentPolicy::NoVsync);
+    EXPECT_TRUE(renderUntil(FrameResult::Presented));
+}
+
+TEST_F(PresentTest, ASlowPictureDoesNotHoldTheCaller) {
+    open(Watch::Unwatched);
+    ASSERT_TRUE(renderUntil(FrameResult::Presented));
+    // Layer upon layer, the farthest first, so that every one is drawn.
+    view_ = lookAt({0.0F, 3.0F, 0.1F}, {}, 0.8F, 1.6F, 0.1F);
+    for (int i = 0; i < 150; ++i)
+        scene_.add(testing::entityOf(Mesh::Plane, {200, 40, 40}, {0.0F, 0.01F * static_cast<float>(i), 0.0F},
+                                     {10.0F, 1.0F, 10.0F}));
+    EXPECT_TRUE(renderUntil(FrameResult::Skipped));
+    EXPECT_TRUE(renderUntil(FrameResult::Presented));
+}
+
+TEST_F(PresentTest, ASteadyFrameAllocatesNothing) {
+    open(Watch::Unwatched);
+    for (int i = 0; i < 10; ++i)
+        ASSERT_TRUE(renderUntil(FrameResult::Presented));
+    allocations = 0;
+    counting = true;
+    for (int i = 0; i < 10; ++i)
+        renderUntil(FrameResult::Presented);
+    counting = false;
+    EXPECT_EQ(allocations, 0);
+}
+
+} // namespace
+} // namespace tarvik
