@@ -138,6 +138,8 @@ bool VulkanViewport::event(QEvent* event) {
         if (static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
             QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
             releaseTarget();
+        else
+            bornUnder = nativeParent();
         break;
     default:
         break;
@@ -168,6 +170,10 @@ bool VulkanViewport::ensureTarget() {
         return true;
     if (ctx.renderer() == nullptr) {
         fail(ctx.rendererError());
+        return false;
+    }
+    if (bornUnder != nativeParent()) {
+        replaceWindow();
         return false;
     }
     const VkSurfaceKHR surface = QVulkanInstance::surfaceForWindow(this);
@@ -201,6 +207,17 @@ void VulkanViewport::releaseTarget() {
 void VulkanViewport::releaseWindow() {
     releaseTarget();
     destroy();
+}
+
+// A top level that is shown with other window flags is a new native window on X11, made after its children
+// were shown. They died with the old one, and nobody says so.
+void VulkanViewport::replaceWindow() {
+    releaseWindow();
+    show();
+}
+
+WId VulkanViewport::nativeParent() const {
+    return parent() && parent()->handle() ? parent()->winId() : 0;
 }
 
 // Some compositors never expose an embedded window that was shown together with its top level. Hiding and

@@ -80,6 +80,8 @@ private:
     bool ensureTarget();
     void releaseTarget();
     void releaseWindow();
+    void replaceWindow();
+    [[nodiscard]] WId nativeParent() const;
     void wakeWhenNotExposed();
     void renderFrame();
     bool drawFrame();
@@ -112,6 +114,7 @@ private:
     bool vsyncEnabled = true;
     bool framePending = false;
     bool wakePending = false;
+    WId bornUnder = 0; // the native parent of the native window when that was made
     double frameInterval = 0.0;
     QElapsedTimer statsTimer;
     std::int32_t presentedCount = 0;
