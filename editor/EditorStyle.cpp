@@ -27,6 +27,7 @@ QDockWidget::title { padding: 6px 8px; background: #2c2f34; }
 QHeaderView::section { padding: 4px 3px; border: none; background: #25272b; color: #9aa0a8; }
 QToolTip { padding: 4px; border: 1px solid #44484f; background: #2c2f34; color: #dfe2e6; }
 QStatusBar::item { border: none; }
+QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 )";
 
 } // namespace

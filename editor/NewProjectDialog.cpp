@@ -24,6 +24,7 @@ NewProjectDialog::NewProjectDialog(QWidget* parent)
     setAttribute(Qt::WA_DeleteOnClose);
 
     auto* browse = new QPushButton(tr("&Browse…"));
+    browse->setAutoDefault(false);
     connect(browse, &QPushButton::clicked, this, &NewProjectDialog::chooseParentFolder);
     auto* place = new QHBoxLayout;
     place->addWidget(parentFolder_, 1);

@@ -37,7 +37,7 @@ public:
         initStyleOption(&option, index);
         const bool selected = option.state.testFlag(QStyle::State_Selected);
         const bool missing = index.data(MissingRole).toBool();
-        const auto group = missing ? QPalette::Disabled : QPalette::Active;
+        const auto group = missing && !selected ? QPalette::Disabled : QPalette::Active;
         const QColor text =
             option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
         const QColor muted = selected ? text : option.palette.color(group, QPalette::PlaceholderText);
@@ -49,7 +49,7 @@ public:
         const QRect box = option.rect.adjusted(kPadding, kPadding, -kPadding, -kPadding);
         painter->save();
         painter->setFont(option.font);
-        painter->setPen(missing ? logLevelColour(LogLevel::Warn) : muted);
+        painter->setPen(missing && !selected ? logLevelColour(LogLevel::Warn) : muted);
         const QString side = missing ? QObject::tr("missing") : index.data(OpenedRole).toString();
         painter->drawText(box, Qt::AlignRight | Qt::AlignTop, side);
 
