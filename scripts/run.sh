@@ -17,7 +17,7 @@ fi
 picture=$PWD/build/screenshot.png
 rm -f "$picture"
 step "no display (DISPLAY and WAYLAND_DISPLAY are empty): drawing out of sight"
-timeout 120 tests/support/with-display.sh "${editor[@]}" --frames 60 --screenshot "$picture" "$@" ||
+timeout 120 tests/support/with-display.sh "${editor[@]}" --frames 30 --screenshot "$picture" "$@" ||
     fail "the editor ended with status $? before its picture was saved" "see its messages above"
 [[ -s $picture ]] || fail "the editor saved no picture" "see its messages above"
 step "a picture of the editor's window is in $picture"
