@@ -175,7 +175,8 @@ void FrameStream::write(const Scene& scene, const CameraView& view) {
     const FrameData data = describe(scene, view);
     std::memcpy(buffer_.data(), &data, sizeof data);
     ranges_ = writeInstances(scene, view.position,
-                             {reinterpret_cast<Instance*>(buffer_.data() + kInstanceOffset), count});
+                             {reinterpret_cast<Instance*>(buffer_.data() + kInstanceOffset), count},
+                             std::abs(view.projection[1][1]));
 }
 
 } // namespace tarvik::render

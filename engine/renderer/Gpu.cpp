@@ -29,6 +29,12 @@ bool hasSwapchain(VkPhysicalDevice gpu) {
     });
 }
 
+bool hasDepthFormat(VkPhysicalDevice gpu) {
+    VkFormatProperties properties;
+    vkGetPhysicalDeviceFormatProperties(gpu, kDepthFormat, &properties);
+    return (properties.optimalTilingFeatures & VK_FORMAT_FEATURE_DEPTH_STENCIL_ATTACHMENT_BIT) != 0;
+}
+
 std::optional<std::uint32_t> graphicsFamily(VkPhysicalDevice gpu) {
     std::uint32_t count = 0;
     vkGetPhysicalDeviceQueueFamilyProperties(gpu, &count, nullptr);
@@ -56,6 +62,8 @@ std::string missingFeatures(VkPhysicalDevice gpu, const VkPhysicalDeviceProperti
         missing.emplace_back("dynamicRendering");
     if (features13.synchronization2 == VK_FALSE)
         missing.emplace_back("synchronization2");
+    if (!hasDepthFormat(gpu))
+        missing.emplace_back("D32_SFLOAT depth images");
     if (!hasSwapchain(gpu))
         missing.emplace_back(VK_KHR_SWAPCHAIN_EXTENSION_NAME);
     return fmt::format("{}", fmt::join(missing, ", "));
@@ -108,11 +116,16 @@ std::vector<GpuCandidate> findGpus(VkInstance instance) {
     std::vector<VkPhysicalDevice> handles;
     VkResult result = VK_INCOMPLETE;
     while (result == VK_INCOMPLETE) {
-        check(vkEnumeratePhysicalDevices(instance, &count, nullptr), "listing the GPUs");
+        result = vkEnumeratePhysicalDevices(instance, &count, nullptr);
         handles.resize(count);
-        result = vkEnumeratePhysicalDevices(instance, &count, handles.data());
+        if (result == VK_SUCCESS)
+            result = vkEnumeratePhysicalDevices(instance, &count, handles.data());
     }
-    check(result, "listing the GPUs");
+    // The loader's answer when every driver finds nothing to drive.
+    if (result == VK_ERROR_INITIALIZATION_FAILED)
+        count = 0;
+    else
+        check(result, "listing the GPUs");
     handles.resize(count);
     if (handles.empty())
         throw UnsupportedHardwareError("the installed Vulkan drivers find no GPU. " + driverAdvice());

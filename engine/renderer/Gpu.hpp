@@ -13,6 +13,9 @@
 
 namespace tarvik::rhi {
 
+// The only depth format that is precise when reversed.
+inline constexpr VkFormat kDepthFormat = VK_FORMAT_D32_SFLOAT;
+
 struct GpuCandidate {
     std::uint32_t index = 0;
     std::string name;

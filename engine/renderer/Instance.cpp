@@ -27,7 +27,10 @@ VKAPI_ATTR VkBool32 VKAPI_CALL logMessage(VkDebugUtilsMessageSeverityFlagBitsEXT
     const auto level = severity >= VK_DEBUG_UTILS_MESSAGE_SEVERITY_ERROR_BIT_EXT     ? LogLevel::Error
                        : severity >= VK_DEBUG_UTILS_MESSAGE_SEVERITY_WARNING_BIT_EXT ? LogLevel::Warn
                                                                                      : LogLevel::Debug;
-    log::write(level, "Renderer", "validation: {}", data->pMessage != nullptr ? data->pMessage : "");
+    try {
+        log::write(level, "Renderer", "validation: {}", data->pMessage != nullptr ? data->pMessage : "");
+    } catch (...) { // out of memory: the driver that calls cannot be told
+    }
     return VK_FALSE;
 }
 

@@ -33,9 +33,13 @@ using InstanceRanges = std::array<InstanceRange, kMeshCount>;
 
 [[nodiscard]] TARVIK_RENDERER_API std::size_t instanceCount(const Scene& scene);
 
+// The share of the picture's half height from which an entity is drawn in full detail, about 40 pixels of a
+// usual window: on a circle smaller than that the coarse form's corners do not show.
+inline constexpr float kDetailedSize = 0.08F;
+
 // Writes the entities that have a mesh, grouped by mesh and detail, in one pass. There is room for
-// instanceCount().
+// instanceCount(). The focal length is that of the projection: half heights a metre at a distance of one.
 TARVIK_RENDERER_API InstanceRanges writeInstances(const Scene& scene, const glm::vec3& eye,
-                                                  std::span<Instance> instances);
+                                                  std::span<Instance> instances, float focalLength = 2.0F);
 
 } // namespace tarvik::render

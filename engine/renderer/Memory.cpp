@@ -11,6 +11,10 @@ namespace {
 constexpr VkMemoryPropertyFlags kMapped =
     VK_MEMORY_PROPERTY_HOST_VISIBLE_BIT | VK_MEMORY_PROPERTY_HOST_COHERENT_BIT;
 
+// Needs a feature that is not enabled.
+constexpr VkMemoryPropertyFlags kNotOurs =
+    VK_MEMORY_PROPERTY_PROTECTED_BIT | VK_MEMORY_PROPERTY_DEVICE_COHERENT_BIT_AMD;
+
 // Tries the kinds of memory in the order of preference; a small heap that is full is no reason to fail.
 UniqueMemory allocate(const Device& device, const VkMemoryRequirements& needs,
                       std::initializer_list<VkMemoryPropertyFlags> preferences) {
@@ -18,7 +22,7 @@ UniqueMemory allocate(const Device& device, const VkMemoryRequirements& needs,
     for (const VkMemoryPropertyFlags preference : preferences) {
         for (std::uint32_t type = 0; type < device.memory.memoryTypeCount; ++type) {
             const auto& candidate = device.memory.memoryTypes[type];
-            if ((needs.memoryTypeBits & (1U << type)) == 0 ||
+            if ((needs.memoryTypeBits & (1U << type)) == 0 || (candidate.propertyFlags & kNotOurs) != 0 ||
                 (candidate.propertyFlags & preference) != preference ||
                 device.memory.memoryHeaps[candidate.heapIndex].size < needs.size)
                 continue;
@@ -63,7 +67,7 @@ Buffer::Buffer(const Device& device, VkDeviceSize size, BufferUse use) : size_(s
 }
 
 UniqueImageView makeImageView(const Device& device, VkImage image, VkFormat format) {
-    const bool depth = format == VK_FORMAT_D32_SFLOAT;
+    const bool depth = format == kDepthFormat;
     const VkImageViewCreateInfo info{
         .sType = VK_STRUCTURE_TYPE_IMAGE_VIEW_CREATE_INFO,
         .image = image,

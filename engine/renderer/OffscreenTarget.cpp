@@ -15,7 +15,7 @@ constexpr VkDeviceSize kPixelBytes = 4;
 
 OffscreenTarget::OffscreenTarget(const rhi::Device& device, VkExtent2D extent)
     : device_(device),
-      attachments_(device, extent, kFormat),
+      attachments_(device, extent, {kFormat, kSmooth}),
       image_(device, {.extent = extent,
                       .format = kFormat,
                       .usage = VK_IMAGE_USAGE_COLOR_ATTACHMENT_BIT | VK_IMAGE_USAGE_TRANSFER_SRC_BIT}),

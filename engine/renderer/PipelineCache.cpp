@@ -16,7 +16,7 @@ namespace tarvik::rhi {
 
 namespace {
 
-constexpr std::uint64_t kMaxBytes = 256U << 20U;
+constexpr std::uint64_t kMaxBytes = 64U << 20U;
 
 struct FileHeader {
     char magic[8];
@@ -79,12 +79,17 @@ PipelineCache::PipelineCache(Device& device, const std::filesystem::path& direct
     loaded_ = cacheDataOf(file, device.properties);
     if (loaded_.empty() && !file.empty())
         log::debug("Renderer", "pipeline cache not used: it is damaged or of another driver");
-    const VkPipelineCacheCreateInfo info{.sType = VK_STRUCTURE_TYPE_PIPELINE_CACHE_CREATE_INFO,
-                                         .initialDataSize = loaded_.size(),
-                                         .pInitialData = loaded_.data()};
+    VkPipelineCacheCreateInfo info{.sType = VK_STRUCTURE_TYPE_PIPELINE_CACHE_CREATE_INFO,
+                                   .initialDataSize = loaded_.size(),
+                                   .pInitialData = loaded_.data()};
     VkPipelineCache cache = VK_NULL_HANDLE;
-    check(device.vk.vkCreatePipelineCache(device.handle, &info, nullptr, &cache),
-          "creating the pipeline cache");
+    VkResult result = device.vk.vkCreatePipelineCache(device.handle, &info, nullptr, &cache);
+    if (result != VK_SUCCESS && info.initialDataSize != 0) { // without the data, then
+        info.initialDataSize = 0;
+        loaded_.clear();
+        result = device.vk.vkCreatePipelineCache(device.handle, &info, nullptr, &cache);
+    }
+    check(result, "creating the pipeline cache");
     cache_ = {device, cache};
     device.pipelineCache = cache;
 }

@@ -40,10 +40,11 @@ constexpr std::array<VkVertexInputAttributeDescription, 6> kAttributes{
      {5, 1, VK_FORMAT_R8G8B8A8_UNORM, offsetof(Instance, colour)}}};
 
 rhi::UniquePipeline makePipeline(const rhi::Device& device, const ShaderSource& shaders,
-                                 VkPipelineLayout layout, VkFormat format, Kind kind, std::string_view name) {
+                                 VkPipelineLayout layout, PictureFormat format, Kind kind,
+                                 std::string_view name) {
     const auto vertexShader = loadShader(device, shaders, std::string(name) + ".vert");
     const auto fragmentShader = loadShader(device, shaders, std::string(name) + ".frag");
-    const VkBool32 encodeInShader = encodesSrgb(format) ? VK_FALSE : VK_TRUE;
+    const VkBool32 encodeInShader = encodesSrgb(format.colour) ? VK_FALSE : VK_TRUE;
     const VkSpecializationMapEntry entry{.constantID = 0, .offset = 0, .size = sizeof encodeInShader};
     const VkSpecializationInfo constants{.mapEntryCount = 1,
                                          .pMapEntries = &entry,
@@ -82,7 +83,8 @@ rhi::UniquePipeline makePipeline(const rhi::Device& device, const ShaderSource& 
         .frontFace = VK_FRONT_FACE_COUNTER_CLOCKWISE,
         .lineWidth = 1.0F};
     const VkPipelineMultisampleStateCreateInfo multisample{
-        .sType = VK_STRUCTURE_TYPE_PIPELINE_MULTISAMPLE_STATE_CREATE_INFO, .rasterizationSamples = kSamples};
+        .sType = VK_STRUCTURE_TYPE_PIPELINE_MULTISAMPLE_STATE_CREATE_INFO,
+        .rasterizationSamples = format.samples};
     // Depth is reversed: nearer is greater. Sky and grid only look.
     const VkPipelineDepthStencilStateCreateInfo depth{
         .sType = VK_STRUCTURE_TYPE_PIPELINE_DEPTH_STENCIL_STATE_CREATE_INFO,
@@ -111,8 +113,8 @@ rhi::UniquePipeline makePipeline(const rhi::Device& device, const ShaderSource& 
         .pDynamicStates = dynamicStates.data()};
     const VkPipelineRenderingCreateInfo rendering{.sType = VK_STRUCTURE_TYPE_PIPELINE_RENDERING_CREATE_INFO,
                                                   .colorAttachmentCount = 1,
-                                                  .pColorAttachmentFormats = &format,
-                                                  .depthAttachmentFormat = kDepthFormat};
+                                                  .pColorAttachmentFormats = &format.colour,
+                                                  .depthAttachmentFormat = rhi::kDepthFormat};
     const VkGraphicsPipelineCreateInfo info{.sType = VK_STRUCTURE_TYPE_GRAPHICS_PIPELINE_CREATE_INFO,
                                             .pNext = &rendering,
                                             .stageCount = static_cast<std::uint32_t>(stages.size()),
@@ -153,7 +155,7 @@ Pipelines::Pipelines(const rhi::Device& device, const ShaderSource& shaders)
     layout_ = {device, layout};
 }
 
-const Pipelines::Set& Pipelines::forFormat(VkFormat format) {
+const Pipelines::Set& Pipelines::forFormat(PictureFormat format) {
     const auto found = std::ranges::find(sets_, format, &Set::format);
     if (found != sets_.end())
         return *found;

@@ -7,23 +7,27 @@
 
 namespace tarvik::render {
 
-inline constexpr VkFormat kDepthFormat = VK_FORMAT_D32_SFLOAT;
-inline constexpr VkSampleCountFlagBits kSamples = VK_SAMPLE_COUNT_4_BIT; // every device has it
-
 [[nodiscard]] bool encodesSrgb(VkFormat format);
 
-// The pipelines of every colour format that was drawn to, compiled when they are first needed.
+// What pipelines depend on.
+struct PictureFormat {
+    VkFormat colour = VK_FORMAT_UNDEFINED;
+    VkSampleCountFlagBits samples = VK_SAMPLE_COUNT_1_BIT;
+    bool operator==(const PictureFormat&) const = default;
+};
+
+// The pipelines of every format that was drawn to, compiled when they are first needed.
 class Pipelines final {
 public:
     Pipelines(const rhi::Device& device, const ShaderSource& shaders);
 
     struct Set {
-        VkFormat format = VK_FORMAT_UNDEFINED;
+        PictureFormat format;
         rhi::UniquePipeline mesh;
         rhi::UniquePipeline sky;
         rhi::UniquePipeline grid;
     };
-    [[nodiscard]] const Set& forFormat(VkFormat format);
+    [[nodiscard]] const Set& forFormat(PictureFormat format);
     [[nodiscard]] VkPipelineLayout layout() const { return layout_.get(); }
 
 private:

@@ -11,12 +11,16 @@ namespace tarvik::render {
 
 namespace {
 
-// Longer than a refresh of a slow display, short enough for the thread that also serves the user.
+// About a refresh of a usual display, short enough for the thread that also serves the user.
 constexpr std::chrono::milliseconds kPatience{18};
 
 std::chrono::nanoseconds until(std::chrono::steady_clock::time_point deadline) {
     return std::max<std::chrono::nanoseconds>(deadline - std::chrono::steady_clock::now(),
                                               std::chrono::nanoseconds::zero());
+}
+
+bool isSoftware(const rhi::Device& device) {
+    return device.properties.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU;
 }
 
 } // namespace
@@ -64,8 +68,7 @@ FrameResult PresentTarget::Impl::draw(SceneDrawer& drawer, const Scene& scene, c
             drawn_ = true;
         }
         // Software drivers hold whoever presents until the picture is drawn, which may take long.
-        const bool presentHolds = device_.properties.deviceType == VK_PHYSICAL_DEVICE_TYPE_CPU;
-        if (presentHolds && !waitFor(frame, deadline))
+        if (isSoftware(device_) && !waitFor(frame, deadline))
             return FrameResult::Skipped;
         return rhi::frameResult(present());
     } catch (...) {
@@ -82,7 +85,9 @@ void PresentTarget::Impl::remake() {
     if (outcome != rhi::ImageOutcome::Ready)
         return;
     attachments_ = {};
-    attachments_ = Attachments(device_, chain.extent(), chain.format());
+    // On a software driver four samples cost three times the frame; there pictures alone are smooth.
+    const auto samples = isSoftware(device_) ? VK_SAMPLE_COUNT_1_BIT : kSmooth;
+    attachments_ = Attachments(device_, chain.extent(), {chain.format(), samples});
     // A frame that was broken off may have left its semaphore signalled.
     for (Frame& frame : frames_) {
         frame.acquired = rhi::makeSemaphore(device_);

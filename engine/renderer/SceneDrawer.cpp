@@ -42,19 +42,21 @@ constexpr VkAccessFlags2 kDepthWrite = VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_WRIT
 
 } // namespace
 
-Attachments::Attachments(const rhi::Device& device, VkExtent2D size, VkFormat colourFormat)
+Attachments::Attachments(const rhi::Device& device, VkExtent2D size, PictureFormat pictureFormat)
     : extent(size),
-      format(colourFormat),
-      colour(device,
-             {.extent = size,
-              .format = colourFormat,
-              .samples = kSamples,
-              .usage = VK_IMAGE_USAGE_COLOR_ATTACHMENT_BIT | VK_IMAGE_USAGE_TRANSIENT_ATTACHMENT_BIT}),
+      format(pictureFormat),
       depth(device, {.extent = size,
-                     .format = kDepthFormat,
-                     .samples = kSamples,
+                     .format = rhi::kDepthFormat,
+                     .samples = format.samples,
                      .usage = VK_IMAGE_USAGE_DEPTH_STENCIL_ATTACHMENT_BIT |
-                              VK_IMAGE_USAGE_TRANSIENT_ATTACHMENT_BIT}) {}
+                              VK_IMAGE_USAGE_TRANSIENT_ATTACHMENT_BIT}) {
+    if (resolved())
+        colour = rhi::Image(
+            device, {.extent = size,
+                     .format = format.colour,
+                     .samples = format.samples,
+                     .usage = VK_IMAGE_USAGE_COLOR_ATTACHMENT_BIT | VK_IMAGE_USAGE_TRANSIENT_ATTACHMENT_BIT});
+}
 
 SceneDrawer::SceneDrawer(const rhi::Device& device, const ShaderSource& shaders)
     : device_(device),
@@ -74,26 +76,31 @@ void SceneDrawer::record(VkCommandBuffer commands, const Attachments& attachment
                          const RenderSettings& settings) {
     const auto& vk = device_.vk;
     const Pipelines::Set& pipelines = pipelines_.forFormat(attachments.format);
-    const std::array beginnings{beginning(attachments.colour.get(), VK_IMAGE_ASPECT_COLOR_BIT, kColourStage,
-                                          kColourWrite, kColourWrite | VK_ACCESS_2_COLOR_ATTACHMENT_READ_BIT,
-                                          VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL),
-                                beginning(finished.image, VK_IMAGE_ASPECT_COLOR_BIT, kColourStage, 0,
+    const std::array beginnings{beginning(finished.image, VK_IMAGE_ASPECT_COLOR_BIT, kColourStage, 0,
                                           kColourWrite, VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL),
                                 beginning(attachments.depth.get(), VK_IMAGE_ASPECT_DEPTH_BIT, kDepthStages,
                                           kDepthWrite,
                                           kDepthWrite | VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_READ_BIT,
-                                          VK_IMAGE_LAYOUT_DEPTH_ATTACHMENT_OPTIMAL)};
-    barrier(device_, commands, beginnings);
+                                          VK_IMAGE_LAYOUT_DEPTH_ATTACHMENT_OPTIMAL),
+                                beginning(attachments.colour.get(), VK_IMAGE_ASPECT_COLOR_BIT, kColourStage,
+                                          kColourWrite, kColourWrite | VK_ACCESS_2_COLOR_ATTACHMENT_READ_BIT,
+                                          VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL)};
+    const bool resolved = attachments.resolved();
+    barrier(device_, commands, std::span(beginnings).first(resolved ? 3 : 2));
 
     // The sky covers what the scene does not, so the colour needs no clearing.
-    const VkRenderingAttachmentInfo colour{.sType = VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO,
-                                           .imageView = attachments.colour.view(),
-                                           .imageLayout = VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL,
-                                           .resolveMode = VK_RESOLVE_MODE_AVERAGE_BIT,
-                                           .resolveImageView = finished.view,
-                                           .resolveImageLayout = VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL,
-                                           .loadOp = VK_ATTACHMENT_LOAD_OP_DONT_CARE,
-                                           .storeOp = VK_ATTACHMENT_STORE_OP_DONT_CARE};
+    VkRenderingAttachmentInfo colour{.sType = VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO,
+                                     .imageView = finished.view,
+                                     .imageLayout = VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL,
+                                     .loadOp = VK_ATTACHMENT_LOAD_OP_DONT_CARE,
+                                     .storeOp = VK_ATTACHMENT_STORE_OP_STORE};
+    if (resolved) {
+        colour.imageView = attachments.colour.view();
+        colour.resolveMode = VK_RESOLVE_MODE_AVERAGE_BIT;
+        colour.resolveImageView = finished.view;
+        colour.resolveImageLayout = VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL;
+        colour.storeOp = VK_ATTACHMENT_STORE_OP_DONT_CARE;
+    }
     const VkRenderingAttachmentInfo depth{.sType = VK_STRUCTURE_TYPE_RENDERING_ATTACHMENT_INFO,
                                           .imageView = attachments.depth.view(),
                                           .imageLayout = VK_IMAGE_LAYOUT_DEPTH_ATTACHMENT_OPTIMAL,

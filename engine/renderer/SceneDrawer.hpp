@@ -9,14 +9,19 @@
 
 namespace tarvik::render {
 
-// The multisampled images that a frame is drawn into, before it is resolved.
+// Four samples a pixel for smooth edges: every GPU has them, and resolves them for next to nothing.
+inline constexpr VkSampleCountFlagBits kSmooth = VK_SAMPLE_COUNT_4_BIT;
+
+// What a frame is drawn with, beside its finished image.
 struct Attachments final {
     Attachments() = default;
-    Attachments(const rhi::Device& device, VkExtent2D size, VkFormat colourFormat);
+    Attachments(const rhi::Device& device, VkExtent2D size, PictureFormat pictureFormat);
+
+    [[nodiscard]] bool resolved() const { return format.samples != VK_SAMPLE_COUNT_1_BIT; }
 
     VkExtent2D extent{};
-    VkFormat format = VK_FORMAT_UNDEFINED;
-    rhi::Image colour;
+    PictureFormat format;
+    rhi::Image colour; // multisampled; none when the finished image is drawn to directly
     rhi::Image depth;
 };
 

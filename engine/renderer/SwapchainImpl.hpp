@@ -27,7 +27,7 @@ struct Swapchain::Impl final {
     // now, so there is no swapchain. When it throws there is none either, and it may be called again.
     // The GPU must be done with the images.
     [[nodiscard]] ImageOutcome remake(VkExtent2D wanted, PresentPolicy policy);
-    // Whether remake() would come to another size.
+    // Whether remake() would come to the same size.
     [[nodiscard]] bool fits(VkExtent2D wanted) const;
 
     // Sets `current` when the outcome is Ready or Suboptimal; the semaphore is signalled then, and only then.

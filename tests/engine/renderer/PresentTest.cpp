@@ -1,3 +1,4 @@
+#include "Allocations.hpp"
 #include "Drawing.hpp"
 
 #include <tarvik/renderer/PresentTarget.hpp>
@@ -10,30 +11,8 @@
 
 #include <dlfcn.h>
 
-#include <atomic>
 #include <chrono>
 #include <cstdlib>
-#include <new>
-
-namespace {
-std::atomic<bool> counting = false;
-std::atomic<int> allocations = 0;
-} // namespace
-
-// Every allocation of the program and its libraries comes by here.
-void* operator new(std::size_t size) {
-    if (counting)
-        ++allocations;
-    if (void* memory = std::malloc(size == 0 ? 1 : size))
-        return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace tarvik {
 namespace {
@@ -188,12 +167,10 @@ TEST_F(PresentTest, ASteadyFrameAllocatesNothing) {
     open(Watch::Unwatched);
     for (int i = 0; i < 10; ++i)
         ASSERT_TRUE(renderUntil(FrameResult::Presented));
-    allocations = 0;
-    counting = true;
+    testing::startCountingAllocations();
     for (int i = 0; i < 10; ++i)
         renderUntil(FrameResult::Presented);
-    counting = false;
-    EXPECT_EQ(allocations, 0);
+    EXPECT_EQ(testing::stopCountingAllocations(), 0);
 }
 
 } // namespace

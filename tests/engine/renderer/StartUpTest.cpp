@@ -72,9 +72,10 @@ TEST_F(StartUpTest, AShaderFileThatIsNoneIsNamed) {
 }
 
 // The loader reads its environment once, so this runs in a process of its own.
-[[noreturn]] void askForExtensionsAndExit() {
+[[noreturn]] void startAndExit() {
     try {
         (void)rhi::Instance::availableExtensions();
+        const render::RenderContext context({});
     } catch (const rhi::UnsupportedHardwareError& error) {
         std::cerr << error.what();
         std::exit(3);
@@ -82,14 +83,23 @@ TEST_F(StartUpTest, AShaderFileThatIsNoneIsNamed) {
     std::exit(0);
 }
 
+[[noreturn]] void startWithDriverAndExit(const char* manifest) {
+    setenv("VK_DRIVER_FILES", manifest, 1);
+    setenv("VK_ICD_FILENAMES", manifest, 1);
+    startAndExit();
+}
+
 TEST(StartUpDeathTest, WithoutADriverSaysWhatToInstall) {
-    EXPECT_EXIT(
-        {
-            setenv("VK_DRIVER_FILES", "/nowhere.json", 1);
-            setenv("VK_ICD_FILENAMES", "/nowhere.json", 1);
-            askForExtensionsAndExit();
-        },
-        ::testing::ExitedWithCode(3), "no Vulkan driver is installed.*mesa-vulkan-drivers");
+    EXPECT_EXIT(startWithDriverAndExit("/nowhere.json"), ::testing::ExitedWithCode(3),
+                "no Vulkan driver is installed.*mesa-vulkan-drivers");
+}
+
+TEST(StartUpDeathTest, WithADriverForOtherHardwareSaysWhatToInstall) {
+    const char* const manifest = "/usr/share/vulkan/icd.d/radeon_icd.x86_64.json";
+    if (!std::filesystem::exists(manifest) || std::filesystem::exists("/dev/dri"))
+        GTEST_SKIP() << "needs a driver that finds no GPU";
+    EXPECT_EXIT(startWithDriverAndExit(manifest), ::testing::ExitedWithCode(3),
+                "find no GPU.*mesa-vulkan-drivers");
 }
 
 TEST(StartUpDeathTest, WithoutALoaderSaysWhatToInstall) {
@@ -98,7 +108,7 @@ TEST(StartUpDeathTest, WithoutALoaderSaysWhatToInstall) {
     for (const char* const name : {"libvulkan.so.1", "libvulkan.so"})
         std::ofstream(folder.path / name) << "no library";
     setenv("LD_LIBRARY_PATH", folder.path.c_str(), 1);
-    EXPECT_EXIT(askForExtensionsAndExit(), ::testing::ExitedWithCode(3),
+    EXPECT_EXIT(startAndExit(), ::testing::ExitedWithCode(3),
                 "the Vulkan loader is not installed.*libvulkan1");
     unsetenv("LD_LIBRARY_PATH");
 }

@@ -43,7 +43,7 @@ public:
     Renderer& operator=(const Renderer&) = delete;
     ~Renderer();
 
-    // Records, submits and presents one frame. Waits a few milliseconds at most for the display.
+    // Records, submits and presents one frame. Waits 18 ms at most for the display.
     FrameResult render(PresentTarget& target, const Scene& scene, const CameraView& view,
                        const RenderSettings& settings);
 
