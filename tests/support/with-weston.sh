@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # with-weston.sh COMMAND...: runs it against a weston of its own, whose screen is a window on $DISPLAY, so that
-# xdotool drives its seat and a picture of the X root window shows it.
+# a picture of the X root window shows it.
 source "$(dirname "${BASH_SOURCE[0]}")/compositor.sh"
 command -v weston >/dev/null || fail "weston is missing; cure: scripts/packages.sh test"
 
