@@ -32,7 +32,7 @@ struct Costs {
 // A round that runs both, each telling its own cost. Whoever goes second may find warm caches: they take
 // turns.
 template <typename Subject, typename Reference>
-auto inTurn(Subject subject, Reference reference) {
+auto inTurn(const Subject& subject, const Reference& reference) {
     return [subject, reference, subjectFirst = false]() mutable {
         subjectFirst = !subjectFirst;
         Costs costs;

@@ -42,7 +42,7 @@ BENCHMARK(context)->Name("AppContext / QApplication construction");
 } // namespace tarvik::bench
 
 int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
+    const QCoreApplication application(argc, argv);
     const QTemporaryDir data;
     qputenv("XDG_DATA_HOME", data.path().toLocal8Bit());
     tarvik::bench::writeRecentProjects();

@@ -38,7 +38,7 @@ BENCHMARK_CAPTURE(firstFrame, triangle, "start-plain", "triangle", std::nullopt)
 } // namespace tarvik::bench
 
 int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
+    const QCoreApplication application(argc, argv);
     // Caches that the unmeasured run of each program fills, as on a machine that ran them before.
     const QTemporaryDir cache;
     qputenv("XDG_CACHE_HOME", cache.path().toLocal8Bit());

@@ -101,6 +101,6 @@ BENCHMARK(frameLoop)->Name("frame loop / bare timer loop");
 } // namespace tarvik::bench
 
 int main(int argc, char** argv) {
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     tarvik::bench::run(argc, argv);
 }

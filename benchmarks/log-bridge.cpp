@@ -39,11 +39,12 @@ public:
 // Nanoseconds a line, with so many threads logging at once: from when the first of them begins to when the
 // last of them ends. What they left in the event queue is taken out afterwards, unmeasured.
 template <typename LogLine>
-double costOfLine(int threads, LogLine logLine) {
+double costOfLine(int threads, const LogLine& logLine) {
     std::latch ready(threads);
     std::vector<Clock::time_point> starts(static_cast<std::size_t>(threads));
     std::vector<Clock::time_point> ends(starts.size());
     std::vector<std::jthread> loggers;
+    loggers.reserve(starts.size());
     for (std::size_t i = 0; i < starts.size(); ++i) {
         loggers.emplace_back([&, i, log = logLine]() mutable {
             ready.arrive_and_wait();
@@ -124,7 +125,7 @@ BENCHMARK(againstRingBuffer)->Name("log line, kept / ring-buffer sink")->ArgName
 #include "log-bridge.moc"
 
 int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
+    const QCoreApplication application(argc, argv);
     qRegisterMetaType<tarvik::app::UiLogEntry>("tarvik::app::UiLogEntry");
     tarvik::bench::run(argc, argv);
 }

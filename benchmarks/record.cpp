@@ -180,6 +180,6 @@ BENCHMARK(againstCopy)->Name("writing an instance / memcpy")->ArgName("entities"
 } // namespace tarvik::bench
 
 int main(int argc, char** argv) {
-    QGuiApplication application(argc, argv);
+    const QGuiApplication application(argc, argv);
     tarvik::bench::run(argc, argv);
 }

@@ -164,7 +164,7 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
-    QGuiApplication application(argc, argv);
+    const QGuiApplication application(argc, argv);
     QVulkanInstance instance;
     instance.setApiVersion(QVersionNumber(1, 3));
     if (!instance.create()) {

@@ -42,7 +42,7 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
-    QGuiApplication application(argc, argv);
+    const QGuiApplication application(argc, argv);
     tarvik::app::AppContext context({});
     Client client(QGuiApplication::arguments().contains(QStringLiteral("empty")) ? Content::Empty
                                                                                  : Content::Scene);
