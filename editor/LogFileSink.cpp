@@ -17,7 +17,7 @@ void LogFileSink::write(const LogMessage& msg) {
     const QDateTime time = QDateTime::fromMSecsSinceEpoch(msg.time / 1'000'000);
     // One line of the log is one line of the file.
     std::string text = msg.message;
-    std::replace(text.begin(), text.end(), '\n', ' ');
+    std::ranges::replace(text, '\n', ' ');
     const QByteArray line = time.toString(Qt::ISODateWithMs).toUtf8() + ' ' + levelName(msg.level).toUtf8() +
                             " [" + QByteArray::fromStdString(msg.category) + "] " +
                             QByteArray::fromStdString(text) + '\n';

@@ -41,7 +41,7 @@ void LogModel::append(std::deque<app::UiLogEntry> batch) {
     }
     const int first = rowCount();
     beginInsertRows({}, first, first + static_cast<int>(batch.size()) - 1);
-    std::move(batch.begin(), batch.end(), std::back_inserter(lines_));
+    std::ranges::move(batch, std::back_inserter(lines_));
     endInsertRows();
 }
 

@@ -188,7 +188,7 @@ void LogPanel::copySelection() {
         for (int row = 0; row < filter_->rowCount(); ++row)
             rows.append(filter_->index(row, 0));
     }
-    std::sort(rows.begin(), rows.end(), [](const auto& a, const auto& b) { return a.row() < b.row(); });
+    std::ranges::sort(rows, {}, &QModelIndex::row);
     QStringList lines;
     for (const QModelIndex& row : rows) {
         const app::UiLogEntry& entry = filter_->line(row);

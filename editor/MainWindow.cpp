@@ -193,11 +193,11 @@ void MainWindow::open(const QString& folder) {
             showStartPage();
         return;
     }
-    project_ = *std::move(opened);
+    const OpenedProject& current = project_.emplace(*std::move(opened));
     app::AppContext& context = session_.context();
-    context.registry.touch(project_->project.rootDir(), project_->project.name());
+    context.registry.touch(current.project.rootDir(), current.project.name());
     context.saveRecentProjects();
-    showProject();
+    showProject(current);
 }
 
 void MainWindow::create(const QString& folder, const QString& name) {
@@ -220,18 +220,18 @@ void MainWindow::closeProject() {
     showStartPage();
 }
 
-void MainWindow::showProject() {
-    pane_->client().setScene(project_->scene);
-    sceneTree_->setScene(project_->scene);
+void MainWindow::showProject(const OpenedProject& project) {
+    pane_->client().setScene(project.scene);
+    sceneTree_->setScene(project.scene);
     setDocksAvailable(true);
     pages_->setCurrentWidget(pane_);
     updateTitle();
     if (pane_->viewport() == nullptr)
         startRendering();
-    log::info("Editor", "opened {}: {} entities", paths::toUtf8(project_->project.rootDir()),
-              project_->scene->size());
-    if (!project_->sceneProblem.isEmpty())
-        session_.reportFailure(this, project_->sceneProblem);
+    log::info("Editor", "opened {}: {} entities", paths::toUtf8(project.project.rootDir()),
+              project.scene->size());
+    if (!project.sceneProblem.isEmpty())
+        session_.reportFailure(this, project.sceneProblem);
 }
 
 void MainWindow::showStartPage() {

@@ -48,7 +48,7 @@ private:
     void create(const QString& folder, const QString& name);
     void reload();
     void closeProject();
-    void showProject();
+    void showProject(const OpenedProject& project);
     void showStartPage();
     void askForProject();
     void askForNewProject();

@@ -21,7 +21,7 @@ std::expected<std::filesystem::path, Error> sceneFile(const Project& project,
     const fs::path file = fs::weakly_canonical(root / scene, error);
     if (error)
         return makeError("{}: {}", paths::toUtf8(root / scene), error.message());
-    const bool inside = std::mismatch(root.begin(), root.end(), file.begin(), file.end()).first == root.end();
+    const bool inside = std::ranges::mismatch(root, file).in1 == root.end();
     if (!inside || scene.native().find(fs::path::value_type{}) != fs::path::string_type::npos) {
         return makeError("{}: the scene lies outside the project {}", paths::toUtf8(scene),
                          paths::toUtf8(project.rootDir()));
