@@ -21,8 +21,8 @@ struct WrongCase {
     const char* complaint;
 };
 
-void PrintTo(const WrongCase& wrong, std::ostream* out) {
-    *out << wrong.arguments.join(' ').toStdString();
+std::ostream& operator<<(std::ostream& out, const WrongCase& wrong) {
+    return out << wrong.arguments.join(' ').toStdString();
 }
 
 class WrongCommandLine : public testing::TestWithParam<WrongCase> {};

@@ -17,8 +17,9 @@
 
 #include <algorithm>
 #include <atomic>
-#include <optional>
+#include <memory>
 #include <thread>
+#include <vector>
 
 namespace tarvik::editor {
 namespace {
@@ -28,7 +29,7 @@ using testing::pumpUntil;
 
 struct PanelUnderTest {
     LogBridge bridge;
-    std::optional<LogPanel> panel{std::in_place};
+    std::unique_ptr<LogPanel> panel = std::make_unique<LogPanel>();
 
     PanelUnderTest() {
         panel->attach(bridge);
@@ -55,6 +56,7 @@ TEST(LogPanelTest, AFloodFromThreadsLeavesTheWindowResponsiveAndTheTableBounded)
     sinceTick.start();
 
     std::vector<std::jthread> threads;
+    threads.reserve(kThreads);
     for (int t = 0; t < kThreads; ++t) {
         threads.emplace_back([&test, &running, t] {
             for (int i = 0; i < kLinesEach; ++i)
@@ -76,12 +78,12 @@ TEST(LogPanelTest, AFloodFromThreadsLeavesTheWindowResponsiveAndTheTableBounded)
 TEST(LogPanelTest, MayBeDestroyedWhileOthersLog) {
     PanelUnderTest test;
     std::atomic<bool> stop = false;
-    std::jthread logging([&] {
+    const std::jthread logging([&] {
         while (!stop)
             test.log(LogLevel::Info, "line");
     });
     for (int i = 0; i < 50; ++i) {
-        test.panel.emplace();
+        test.panel = std::make_unique<LogPanel>();
         test.panel->attach(test.bridge);
     }
     test.panel.reset();
@@ -126,7 +128,7 @@ TEST(LogPanelTest, ScrollingUpEndsFollowingAndOldLinesThatLeaveDoNotMoveTheView)
     PanelUnderTest test;
     for (std::size_t i = 0; i < LogBridge::kHistory; ++i)
         test.log(LogLevel::Info, std::to_string(i));
-    QTableView& table = test.table();
+    const QTableView& table = test.table();
     ASSERT_TRUE(pumpUntil([&] { return test.rows() == static_cast<int>(LogBridge::kHistory); }));
     QScrollBar& bar = *table.verticalScrollBar();
     ASSERT_TRUE(pumpUntil([&] { return bar.maximum() > 0 && bar.value() == bar.maximum(); }));
@@ -143,7 +145,7 @@ TEST(LogPanelTest, ScrollingUpEndsFollowingAndOldLinesThatLeaveDoNotMoveTheView)
 // Laid out whole, such a line would take seconds at every repaint.
 TEST(LogPanelTest, AVeryLongLineIsShownAbridged) {
     PanelUnderTest test;
-    test.log(LogLevel::Info, std::string(10'000'000, 'x'));
+    test.log(LogLevel::Info, QByteArray(10'000'000, 'x').toStdString());
     ASSERT_TRUE(pumpUntil([&] { return test.rows() == 1; }));
     EXPECT_LT(test.message(0).size(), 2000);
 }

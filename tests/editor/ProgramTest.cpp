@@ -82,8 +82,8 @@ struct BadCase {
     QStringList arguments;
 };
 
-void PrintTo(const BadCase& bad, std::ostream* out) {
-    *out << bad.name;
+std::ostream& operator<<(std::ostream& out, const BadCase& bad) {
+    return out << bad.name;
 }
 
 Damage put(const char* file, const QByteArray& content) {

@@ -40,10 +40,9 @@ TEST(RenderFailureAdviceTest, FitsTheReason) {
 }
 
 TEST(RenderFailureTest, StartingAfreshKeepsProjectSceneAndLog) {
-    const testing::DataHome home;
-    const QTemporaryDir settings;
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
     const QTemporaryDir folder;
+    qputenv("XDG_DATA_HOME", folder.filePath("data").toUtf8());
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.filePath("settings"));
     const QString root = folder.filePath("project");
     auto project = Project::create(app::toPath(root), "Kept");
     ASSERT_TRUE(project);
