@@ -18,6 +18,7 @@ done
 
 awk 'function value() { return substr($0, index($0, ":") + 2) + 0 }
      function text() { split($0, part, "\""); return part[4] }
+     FNR == 1 { inside = 0; ratio = failure = "" }
      BEGIN { row = "%-44s %10s %10s  %s\n"; printf row, "benchmark", "ratio", "goal", "" }
      /^ *"name":/ { name = text(); ratio = goal = failure = "" }
      /^ *"ratio":/ { ratio = value() }
