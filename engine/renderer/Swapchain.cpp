@@ -63,7 +63,7 @@ std::vector<Item> listOf(Query query, std::string_view operation) {
     std::uint32_t count = 0;
     check(query(&count, nullptr), operation);
     std::vector<Item> items(count);
-    VkResult result = query(&count, items.data());
+    const VkResult result = query(&count, items.data());
     check(result == VK_INCOMPLETE ? VK_SUCCESS : result, operation);
     items.resize(count);
     return items;
