@@ -66,7 +66,7 @@ private:
     std::shared_ptr<Sink> sink_ = std::make_shared<Sink>();
 };
 
-struct Client final : app::ViewportClient {
+struct Client : app::ViewportClient {
     std::function<void(const char*)> called = [](const char* /*operation*/) {
     }; // may throw
     const Scene* scene = nullptr;
