@@ -175,6 +175,7 @@ bool VulkanViewport::ensureTarget() {
     try {
         target =
             std::make_unique<render::PresentTarget>(*ctx.renderContext(), surface, pixelExtent(), policy());
+        targetUnseen = true;
         return true;
     } catch (const std::exception& e) {
         fail(QStringLiteral("Cannot create swapchain: %1").arg(QString::fromUtf8(e.what())));
@@ -317,7 +318,13 @@ bool VulkanViewport::drawFrame() {
         releaseTarget();
     }
     countFrame(result);
-    return result == render::FrameResult::Presented;
+    if (result != render::FrameResult::Presented)
+        return false;
+    // Some Wayland compositors take a new subsurface's first picture in only when the surface around it is
+    // drawn the next time.
+    if (std::exchange(targetUnseen, false) && !warpAvailable && container)
+        container->window()->update();
+    return true;
 }
 
 void VulkanViewport::countFrame(render::FrameResult result) {
