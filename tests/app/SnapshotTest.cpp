@@ -1,5 +1,6 @@
+#include "IdleClient.hpp"
+#include "Pump.hpp"
 #include "Script.hpp"
-#include "Support.hpp"
 
 #include <tarvik/app/AppContext.hpp>
 #include <tarvik/app/Snapshot.hpp>
@@ -15,7 +16,7 @@ namespace tarvik::app {
 namespace {
 
 using scripted::script;
-using testing::pumpUntil;
+using test::pumpUntil;
 
 struct Pane final : QWidget {
     Pane(QWidget* parent, const QRect& place, AppContext& context)
@@ -24,7 +25,7 @@ struct Pane final : QWidget {
         setGeometry(place);
         registerViewportContainer(this, &viewport);
     }
-    testing::Client client;
+    bench::IdleClient client;
     VulkanViewport viewport;
 };
 

@@ -1,5 +1,6 @@
+#include "IdleClient.hpp"
+#include "Pump.hpp"
 #include "Script.hpp"
-#include "Support.hpp"
 
 #include <tarvik/app/AppContext.hpp>
 #include <tarvik/app/VulkanViewport.hpp>
@@ -26,42 +27,42 @@ namespace tarvik::app {
 namespace {
 
 using scripted::script;
-using testing::Names;
-using testing::pumpUntil;
+using test::pumpUntil;
+using Names = std::vector<std::string>;
 
-struct InputClient final : testing::Client {
+struct InputClient final : bench::IdleClient {
     Names calls;
+    std::string failing; // the operation that throws
     glm::vec2 motion{0.0F};
     float scroll = 0.0F;
     bool consumesPress = false;
-    bool accepts = true;
+    bool acceptsDrops = true;
     int handledKey = 0;
 
-    void note(const char* operation, glm::vec2 ndc) {
-        calls.push_back(fmt::format("{} {:.1f} {:.1f}", operation, ndc.x, ndc.y));
-        called(operation);
+    void note(const std::string& operation, const std::string& details) {
+        calls.push_back(operation + details);
+        if (operation == failing)
+            throw std::runtime_error("no");
     }
-    void update(float step, const InputState& input, bool active) override {
-        testing::Client::update(step, input, active);
+    void note(const std::string& operation, glm::vec2 ndc) {
+        note(operation, fmt::format(" {:.1f} {:.1f}", ndc.x, ndc.y));
+    }
+    void update(float /*dt*/, const InputState& input, bool /*windowActive*/) override {
         motion += input.mouseDelta();
         scroll += input.scroll();
     }
     void clicked(glm::vec2 ndc) override { note("clicked", ndc); }
-    bool mousePressed(glm::vec2 ndc, Qt::MouseButton /*button*/, Keys /*held*/) override {
+    bool mousePressed(glm::vec2 ndc, Qt::MouseButton /*button*/, Qt::KeyboardModifiers /*held*/) override {
         note("pressed", ndc);
         return consumesPress;
     }
     void mouseReleased(glm::vec2 ndc, Qt::MouseButton /*button*/) override { note("released", ndc); }
-    bool canDrop(const QList<QUrl>& /*urls*/) override {
-        called("canDrop");
-        return accepts;
-    }
+    bool canDrop(const QList<QUrl>& /*urls*/) override { return acceptsDrops; }
     void dropped(const QList<QUrl>& urls, glm::vec2 ndc) override {
-        note(fmt::format("dropped {}", urls.size()).c_str(), ndc);
+        note(fmt::format("dropped {}", urls.size()), ndc);
     }
-    bool keyPressed(int key, Keys /*held*/) override {
-        calls.push_back(QKeySequence(key).toString().toStdString());
-        called("keyPressed");
+    bool keyPressed(int key, Qt::KeyboardModifiers /*held*/) override {
+        note("key ", QKeySequence(key).toString().toStdString());
         return key == handledKey;
     }
 };
@@ -166,7 +167,7 @@ TEST_F(ViewportInputTest, HoveringTakesKeysExceptFromWhatIsTypedInto) {
     EXPECT_FALSE(viewport_->input().isHeld(Key::W));
     act("keyup f key Delete keydown w");
     expectHeld(Key::W, true);
-    EXPECT_EQ(client_.calls, (Names{"F", "Del"}));
+    EXPECT_EQ(client_.calls, (Names{"key F", "key Del"}));
     EXPECT_EQ(keysOfButton_.presses, Names{"F"});
 
     moveTo(button_, {5, 5});
@@ -337,7 +338,7 @@ TEST_F(ViewportInputTest, DropsOfFilesAreCopies) {
          {Case{files, true, Qt::CopyAction}, Case{files, false, Qt::IgnoreAction},
           Case{{}, true, Qt::IgnoreAction}}) {
         SCOPED_TRACE(::testing::Message() << urls.size() << ' ' << accepts);
-        client_.accepts = accepts;
+        client_.acceptsDrops = accepts;
         client_.calls.clear();
         DragSource source;
         source.setGeometry(500, 300, 100, 100);
@@ -362,8 +363,8 @@ TEST_F(ViewportInputTest, PassThroughHandsOnWhatTheContainerGets) {
     act("click 1 click 4 mousedown 3 keydown w key f");
     expectHeld(Key::W, true);
     EXPECT_TRUE(viewport_->input().isHeld(MouseButton::Right));
-    EXPECT_TRUE(pumpUntil([&] { return client_.scroll == 1.0F && wasCalled("F"); }));
-    EXPECT_EQ(client_.calls, (Names{"pressed 0.0 0.0", "released 0.0 0.0", "clicked 0.0 0.0", "F"}));
+    EXPECT_TRUE(pumpUntil([&] { return client_.scroll == 1.0F && wasCalled("key F"); }));
+    EXPECT_EQ(client_.calls, (Names{"pressed 0.0 0.0", "released 0.0 0.0", "clicked 0.0 0.0", "key F"}));
     EXPECT_EQ(edit_.text(), "");
     act("mouseup 3 keyup w");
     expectHeld(MouseButton::Right, false);
@@ -398,22 +399,17 @@ TEST_F(ViewportInputTest, EveryKeyHasItsNumber) {
 }
 
 TEST_F(ViewportInputTest, WhatAClientThrowsEndsInAReason) {
-    for (const char* operation : {"pressed", "released", "clicked", "keyPressed"}) {
+    for (const char* operation : {"pressed", "released", "clicked", "key "}) {
         SCOPED_TRACE(operation);
         make();
         Names reasons;
         QObject::connect(viewport_, &VulkanViewport::renderFailed, viewport_,
                          [&](const QString& reason) { reasons.push_back(reason.toStdString()); });
-        client_.called = [operation](const std::string& name) {
-            if (name == operation)
-                throw std::runtime_error("no");
-        };
+        client_.failing = operation;
         moveInside();
         act("key f click 1");
         EXPECT_TRUE(pumpUntil([&] { return !reasons.empty() && !QGuiApplication::mouseButtons(); }));
         EXPECT_EQ(reasons, Names{"Rendering failed: no"});
-        client_.called = [](const std::string&) {
-        };
     }
 }
 
