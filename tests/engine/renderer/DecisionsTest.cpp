@@ -1,5 +1,6 @@
 #include "Gpu.hpp"
 #include "InstanceStream.hpp"
+#include "PresentTargetImpl.hpp"
 #include "Result.hpp"
 #include "SwapchainImpl.hpp"
 
@@ -80,7 +81,7 @@ TEST(GpuChoiceTest, SaysWhatIsMissingAndWhatThereIs) {
 TEST(ResultTest, OnlyAnImageOnTheScreenCountsAsPresented) {
     using enum render::FrameResult;
     const auto became = [](VkResult result) {
-        return rhi::frameResult(rhi::imageOutcome(result, "drawing"));
+        return render::frameResult(rhi::imageOutcome(result, "drawing"));
     };
     EXPECT_EQ(became(VK_SUCCESS), Presented);
     EXPECT_EQ(became(VK_SUBOPTIMAL_KHR), Presented);

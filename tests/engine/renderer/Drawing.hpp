@@ -38,8 +38,8 @@ protected:
     }
 
     enum class Watch { Validated, Unwatched };
-    void start(std::vector<std::string> extensions = {}, Watch watch = Watch::Validated) {
-        render::RenderContextConfig config;
+    void start(std::vector<std::string> extensions = {}, Watch watch = Watch::Validated,
+               render::RenderContextConfig config = {}) {
         config.enableValidation = watch == Watch::Validated;
         config.instanceExtensions = std::move(extensions);
         context_ = std::make_unique<render::RenderContext>(config);

@@ -1,7 +1,11 @@
+#include "ContextImpl.hpp"
 #include "Drawing.hpp"
 
 #include <tarvik/renderer/Errors.hpp>
 #include <tarvik/renderer/Instance.hpp>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -56,19 +60,27 @@ public:
     std::filesystem::path path;
 };
 
-TEST_F(StartUpTest, AShaderFileThatIsNoneIsNamed) {
+TEST_F(StartUpTest, ACacheThatCannotBeUsedIsDoneWithout) {
+    start();
+    const auto& uuid = context_->impl().device.properties.pipelineCacheUUID;
+    const std::string name = fmt::format("pipelines-{:02x}.bin", fmt::join(uuid, ""));
     const Folder folder;
-    std::ofstream(folder.path / "mesh.frag.spv") << "no shader";
-    render::RenderContextConfig config;
-    config.shaderDirectory = folder.path.wstring();
-    render::RenderContext context(config);
-    render::Renderer renderer(context);
-    try {
-        (void)renderer.capture(Scene("empty"), {}, {8, 8}, {});
-        FAIL();
-    } catch (const rhi::VulkanError& error) {
-        EXPECT_NE(std::string(error.what()).find("mesh.frag.spv"), std::string::npos) << error.what();
+    std::filesystem::create_directory(folder.path / "damaged");
+    std::ofstream(folder.path / "damaged" / name) << std::string(1000, 'x');
+    std::filesystem::create_directories(folder.path / "occupied" / name);
+    std::ofstream(folder.path / "file") << "no folder";
+    for (const std::wstring& place :
+         {folder.path.wstring() + L"/damaged", folder.path.wstring() + L"/occupied",
+          folder.path.wstring() + L"/file", std::wstring(1, wchar_t{0xD800})}) {
+        renderer_.reset();
+        start({}, Watch::Validated, {.pipelineCacheDirectory = place});
+        EXPECT_TRUE(renderer_->capture(Scene("empty"), {}, {8, 8}, {}).has_value());
     }
+    renderer_.reset();
+    context_.reset();
+    // As drivers say that have something to keep.
+    std::erase_if(complaints_->lines,
+                  [](const auto& line) { return line.starts_with("the pipeline cache was not saved"); });
 }
 
 // The loader reads its environment once, so this runs in a process of its own.
