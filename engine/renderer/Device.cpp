@@ -53,7 +53,6 @@ UniqueFence makeFence(const Device& device) {
 
 CommandBuffer::CommandBuffer(const Device& device) {
     const VkCommandPoolCreateInfo poolInfo{.sType = VK_STRUCTURE_TYPE_COMMAND_POOL_CREATE_INFO,
-                                           .flags = VK_COMMAND_POOL_CREATE_RESET_COMMAND_BUFFER_BIT,
                                            .queueFamilyIndex = device.queueFamily};
     VkCommandPool created = VK_NULL_HANDLE;
     check(device.vk.vkCreateCommandPool(device.handle, &poolInfo, nullptr, &created),
@@ -64,6 +63,13 @@ CommandBuffer::CommandBuffer(const Device& device) {
                                            .level = VK_COMMAND_BUFFER_LEVEL_PRIMARY,
                                            .commandBufferCount = 1};
     check(device.vk.vkAllocateCommandBuffers(device.handle, &info, &handle), "allocating a command buffer");
+}
+
+void CommandBuffer::begin(const Device& device) const {
+    check(device.vk.vkResetCommandPool(device.handle, pool.get(), 0), "resetting a command pool");
+    const VkCommandBufferBeginInfo info{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
+                                        .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
+    check(device.vk.vkBeginCommandBuffer(handle, &info), "beginning to record");
 }
 
 } // namespace tarvik::rhi

@@ -78,6 +78,8 @@ using UniqueSwapchain = Unique<VkSwapchainKHR, &VolkDeviceTable::vkDestroySwapch
 // A pool with its one command buffer, recorded anew for every use.
 struct CommandBuffer final {
     explicit CommandBuffer(const Device& device);
+    // Recording that was broken off is forgotten. Not to be called while the GPU still executes it.
+    void begin(const Device& device) const;
     UniqueCommandPool pool;
     VkCommandBuffer handle = VK_NULL_HANDLE;
 };

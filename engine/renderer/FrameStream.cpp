@@ -3,6 +3,7 @@
 #include "Result.hpp"
 
 #include <glm/geometric.hpp>
+#include <glm/gtc/matrix_access.hpp>
 #include <glm/gtc/quaternion.hpp>
 #include <glm/mat4x4.hpp>
 #include <glm/matrix.hpp>
@@ -13,7 +14,6 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 namespace tarvik::render {
 
@@ -59,16 +59,17 @@ public:
 
     void add(const glm::vec3& position, const Light& light) {
         const glm::vec3 offset = position - eye_;
-        const float distance = glm::dot(offset, offset);
+        const float squared = glm::dot(offset, offset);
         std::size_t slot = count_;
         if (count_ < kPointLights) {
             ++count_;
         } else {
-            slot = static_cast<std::size_t>(std::ranges::max_element(distances_) - distances_.begin());
-            if (distance >= distances_[slot])
+            slot = static_cast<std::size_t>(std::ranges::max_element(squaredDistances_) -
+                                            squaredDistances_.begin());
+            if (squared >= squaredDistances_[slot])
                 return;
         }
-        distances_[slot] = distance;
+        squaredDistances_[slot] = squared;
         const float range = std::max(light.range, 1e-3F);
         lights_[slot] = {{position, 1.0F / (range * range)}, colourOf(light)};
     }
@@ -81,7 +82,7 @@ public:
 private:
     glm::vec3 eye_;
     std::size_t count_ = 0;
-    std::array<float, kPointLights> distances_{};
+    std::array<float, kPointLights> squaredDistances_{};
     std::array<GpuLight, kPointLights> lights_{};
 };
 
@@ -174,9 +175,8 @@ void FrameStream::write(const Scene& scene, const CameraView& view) {
 
     const FrameData data = describe(scene, view);
     std::memcpy(buffer_.data(), &data, sizeof data);
-    ranges_ = writeInstances(scene, view.position,
-                             {reinterpret_cast<Instance*>(buffer_.data() + kInstanceOffset), count},
-                             std::abs(view.projection[1][1]));
+    ranges_ = writeInstances(scene, glm::row(data.viewProjection, 3), std::abs(view.projection[1][1]),
+                             {reinterpret_cast<Instance*>(buffer_.data() + kInstanceOffset), count});
 }
 
 } // namespace tarvik::render

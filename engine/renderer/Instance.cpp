@@ -91,7 +91,9 @@ void loadVulkan() {
             "the installed Vulkan loader is too old: version 1.1 or newer is needed. " + loaderAdvice());
 }
 
-InstanceHandle::InstanceHandle(std::span<const std::string> extensions, Validation validation) {
+// Delegates, so that what throws once there is an instance runs the destructor.
+InstanceHandle::InstanceHandle(std::span<const std::string> extensions, Validation validation)
+    : InstanceHandle() {
     loadVulkan();
     std::vector<const char*> names;
     names.reserve(extensions.size() + 1);
@@ -140,7 +142,8 @@ InstanceHandle::~InstanceHandle() {
     if (messenger_ != VK_NULL_HANDLE)
         load<PFN_vkDestroyDebugUtilsMessengerEXT>("vkDestroyDebugUtilsMessengerEXT")(instance_, messenger_,
                                                                                      nullptr);
-    load<PFN_vkDestroyInstance>("vkDestroyInstance")(instance_, nullptr);
+    if (instance_ != VK_NULL_HANDLE)
+        load<PFN_vkDestroyInstance>("vkDestroyInstance")(instance_, nullptr);
 }
 
 template <typename Function>

@@ -35,6 +35,8 @@ public:
     [[nodiscard]] bool hasWayland() const { return hasWayland_; }
 
 private:
+    InstanceHandle() = default;
+
     template <typename Function>
     [[nodiscard]] Function load(const char* name) const;
 

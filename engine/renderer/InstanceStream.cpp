@@ -14,9 +14,10 @@ std::size_t instanceCount(const Scene& scene) {
     return scene.size() - scene.count(Mesh::None);
 }
 
-InstanceRanges writeInstances(const Scene& scene, const glm::vec3& eye, std::span<Instance> instances,
-                              float focalLength) {
-    const float farRatio = (kDetailedSize / focalLength) * (kDetailedSize / focalLength);
+InstanceRanges writeInstances(const Scene& scene, const glm::vec4& depthRow, float focalLength,
+                              std::span<Instance> instances) {
+    // Makes of a place the size that just shows in full detail there.
+    const glm::vec4 detailedSize = depthRow * (kDetailedSize / focalLength);
     // A mesh has room for all its instances, so the near ones fill it from the front and the far ones from
     // the back, and they meet.
     struct Room {
@@ -41,8 +42,8 @@ InstanceRanges writeInstances(const Scene& scene, const glm::vec3& eye, std::spa
             continue;
         const Transform& transform = transforms[i];
         const Colour colour = colours[i];
-        const glm::vec3 offset = transform.position - eye;
-        const bool far = glm::dot(transform.scale, transform.scale) < farRatio * glm::dot(offset, offset);
+        const float size = glm::dot(glm::vec3(detailedSize), transform.position) + detailedSize.w;
+        const bool far = glm::dot(transform.scale, transform.scale) < size * size;
         Room& room = rooms[static_cast<std::size_t>(meshes[i])];
         // Written whole and never read: the memory may be the GPU's own.
         *(far ? --room.back : room.front++) = {

@@ -3,7 +3,7 @@
 #include <tarvik/renderer/Export.hpp>
 #include <tarvik/scene/Scene.hpp>
 
-#include <glm/vec3.hpp>
+#include <glm/vec4.hpp>
 
 #include <array>
 #include <cstddef>
@@ -38,8 +38,9 @@ using InstanceRanges = std::array<InstanceRange, kMeshCount>;
 inline constexpr float kDetailedSize = 0.08F;
 
 // Writes the entities that have a mesh, grouped by mesh and detail, in one pass. There is room for
-// instanceCount(). The focal length is that of the projection: half heights a metre at a distance of one.
-TARVIK_RENDERER_API InstanceRanges writeInstances(const Scene& scene, const glm::vec3& eye,
-                                                  std::span<Instance> instances, float focalLength = 2.0F);
+// instanceCount(). Sizes on the picture are those in the world times the focal length, half heights a metre,
+// over what depthRow, the last row of the view-projection, makes of the place.
+TARVIK_RENDERER_API InstanceRanges writeInstances(const Scene& scene, const glm::vec4& depthRow,
+                                                  float focalLength, std::span<Instance> instances);
 
 } // namespace tarvik::render

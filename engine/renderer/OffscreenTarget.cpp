@@ -27,9 +27,7 @@ void OffscreenTarget::record(SceneDrawer& drawer, const Scene& scene, const Came
                              const RenderSettings& settings) {
     const auto& vk = device_.vk;
     stream_.write(scene, view);
-    const VkCommandBufferBeginInfo begin{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
-                                         .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
-    rhi::check(vk.vkBeginCommandBuffer(commands_.handle, &begin), "beginning to record");
+    commands_.begin(device_);
     drawer.record(commands_.handle, attachments_,
                   {image_.get(), image_.view(), VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL}, stream_, settings);
     const VkBufferImageCopy region{
@@ -57,9 +55,12 @@ void OffscreenTarget::submit() {
                                .pCommandBufferInfos = &commands};
     rhi::check(device_.vk.vkQueueSubmit2(device_.queue, 1, &submit, fence.get()), "submitting a capture");
     const VkFence handle = fence.get();
-    rhi::check(device_.vk.vkWaitForFences(device_.handle, 1, &handle, VK_TRUE,
-                                          std::numeric_limits<std::uint64_t>::max()),
-               "waiting for a capture");
+    const VkResult result = device_.vk.vkWaitForFences(device_.handle, 1, &handle, VK_TRUE,
+                                                       std::numeric_limits<std::uint64_t>::max());
+    // Out of memory, say. The GPU is still drawing with what goes when this throws.
+    if (result != VK_SUCCESS && result != VK_ERROR_DEVICE_LOST)
+        device_.vk.vkQueueWaitIdle(device_.queue);
+    rhi::check(result, "waiting for a capture");
 }
 
 std::span<const std::byte> OffscreenTarget::pixels() const {

@@ -2,15 +2,13 @@
 
 #include "SceneDrawer.hpp"
 
-#include <tarvik/renderer/Export.hpp>
-
 #include <cstddef>
 #include <span>
 
 namespace tarvik::render {
 
 // Draws to an image that the CPU can read, apart from every surface.
-class TARVIK_RENDERER_API OffscreenTarget final {
+class OffscreenTarget final {
 public:
     OffscreenTarget(const rhi::Device& device, VkExtent2D extent);
 

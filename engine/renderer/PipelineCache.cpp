@@ -1,7 +1,5 @@
 #include "PipelineCache.hpp"
 
-#include "Result.hpp"
-
 #include <tarvik/core/File.hpp>
 #include <tarvik/core/Log.hpp>
 
@@ -89,7 +87,11 @@ PipelineCache::PipelineCache(Device& device, const std::filesystem::path& direct
         loaded_.clear();
         result = device.vk.vkCreatePipelineCache(device.handle, &info, nullptr, &cache);
     }
-    check(result, "creating the pipeline cache");
+    if (result != VK_SUCCESS) { // pipelines are compiled without one, then
+        log::debug("Renderer", "no pipeline cache: the driver refuses even an empty one");
+        file_.clear();
+        return;
+    }
     cache_ = {device, cache};
     device.pipelineCache = cache;
 }
@@ -98,7 +100,14 @@ PipelineCache::~PipelineCache() {
     device_.pipelineCache = VK_NULL_HANDLE;
 }
 
-void PipelineCache::save() {
+void PipelineCache::save() noexcept {
+    try {
+        write();
+    } catch (...) { // out of memory, while the context is being destroyed: the next run compiles anew
+    }
+}
+
+void PipelineCache::write() {
     if (file_.empty())
         return;
     std::size_t size = 0;
@@ -108,8 +117,10 @@ void PipelineCache::save() {
     if (device_.vk.vkGetPipelineCacheData(device_.handle, cache_.get(), &size, data.data()) != VK_SUCCESS)
         return;
     data.resize(size);
-    // No larger than its own header: this driver keeps nothing.
-    if (data == loaded_ || data.size() <= sizeof(VkPipelineCacheHeaderVersionOne))
+    // No larger than its own header: this driver keeps nothing. And what is too large to be read again is
+    // not worth writing.
+    if (data == loaded_ || data.size() <= sizeof(VkPipelineCacheHeaderVersionOne) ||
+        data.size() + sizeof(FileHeader) > kMaxBytes)
         return;
     if (const auto saved = writeFileDurably(file_, cacheFileOf(data)); !saved)
         log::warn("Renderer", "the pipeline cache was not saved: {}", saved.error().message);

@@ -25,9 +25,11 @@ public:
     PipelineCache& operator=(const PipelineCache&) = delete;
     ~PipelineCache();
 
-    void save();
+    void save() noexcept;
 
 private:
+    void write();
+
     Device& device_;
     std::filesystem::path file_;
     std::string loaded_;

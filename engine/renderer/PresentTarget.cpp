@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace tarvik::render {
 
@@ -13,6 +14,9 @@ namespace {
 
 // About a refresh of a usual display, short enough for the thread that also serves the user.
 constexpr std::chrono::milliseconds kPatience{18};
+
+// Others stop waiting for a target that was not drawn to for so long: its program has something else to do.
+constexpr std::chrono::milliseconds kTurn{250};
 
 std::chrono::nanoseconds until(std::chrono::steady_clock::time_point deadline) {
     return std::max<std::chrono::nanoseconds>(deadline - std::chrono::steady_clock::now(),
@@ -25,21 +29,37 @@ bool isSoftware(const rhi::Device& device) {
 
 } // namespace
 
-PresentTarget::Impl::Impl(const rhi::Device& device, VkSurfaceKHR surface, VkExtent2D extent,
+FrameResult frameResult(rhi::ImageOutcome outcome) {
+    switch (outcome) {
+    case rhi::ImageOutcome::Ready:
+    case rhi::ImageOutcome::Suboptimal:
+        return FrameResult::Presented;
+    case rhi::ImageOutcome::SurfaceLost:
+        return FrameResult::SurfaceLost;
+    case rhi::ImageOutcome::NotReady:
+    case rhi::ImageOutcome::OutOfDate:
+        break;
+    }
+    return FrameResult::Skipped;
+}
+
+PresentTarget::Impl::Impl(RenderContext::Impl& context, VkSurfaceKHR surface, VkExtent2D extent,
                           rhi::PresentPolicy policy)
-    : swapchain(std::make_unique<rhi::Swapchain::Impl>(device, surface)),
-      device_(device),
+    : swapchain(std::make_unique<rhi::Swapchain::Impl>(context.device, surface)),
+      context_(context),
+      device_(context.device),
       wanted_(extent),
       policy_(policy),
-      frames_{Frame(device), Frame(device)} {
+      frames_{Frame(device_), Frame(device_)},
+      drained_(rhi::makeFence(device_)) {
     remake();
     if (lost_)
         throw rhi::VulkanError("the window's surface is lost", VK_ERROR_SURFACE_LOST_KHR);
 }
 
 PresentTarget::Impl::~Impl() {
-    // The caller should have waited; on a lost device this returns at once.
-    device_.vk.vkQueueWaitIdle(device_.queue);
+    endTurn();
+    device_.vk.vkQueueWaitIdle(device_.queue); // returns at once when the device is lost
 }
 
 void PresentTarget::Impl::resize(VkExtent2D extent) {
@@ -60,7 +80,7 @@ FrameResult PresentTarget::Impl::draw(SceneDrawer& drawer, const Scene& scene, c
         const auto deadline = Clock::now() + kPatience;
         Frame& frame = frames_[frame_];
         if (!drawn_) {
-            const FrameResult acquired = rhi::frameResult(acquire(deadline));
+            const FrameResult acquired = frameResult(acquire(deadline));
             if (acquired != FrameResult::Presented)
                 return acquired;
             record(frame, drawer, scene, view, settings);
@@ -68,15 +88,29 @@ FrameResult PresentTarget::Impl::draw(SceneDrawer& drawer, const Scene& scene, c
             drawn_ = true;
         }
         // Software drivers hold whoever presents until the picture is drawn, which may take long.
-        if (isSoftware(device_) && !waitFor(frame, deadline))
-            return FrameResult::Skipped;
-        return rhi::frameResult(present());
+        if (isSoftware(device_)) {
+            context_.turn = {this, Clock::now()};
+            if (!waitFor(frame, deadline))
+                return FrameResult::Skipped;
+        }
+        return frameResult(present());
     } catch (...) {
         // An image may have been acquired that will never be presented.
         stale_ = true;
         drawn_ = false;
+        endTurn();
         throw;
     }
+}
+
+bool PresentTarget::Impl::isOthersTurn() const {
+    const auto& [target, since] = context_.turn;
+    return target != nullptr && target != this && Clock::now() - since < kTurn;
+}
+
+void PresentTarget::Impl::endTurn() {
+    if (context_.turn.target == this)
+        context_.turn = {};
 }
 
 void PresentTarget::Impl::remake() {
@@ -97,24 +131,36 @@ void PresentTarget::Impl::remake() {
     stale_ = false;
 }
 
-bool PresentTarget::Impl::waitFor(Frame& frame, Clock::time_point deadline) {
-    if (!frame.inFlight)
-        return true;
-    const VkFence done = frame.done.get();
+bool PresentTarget::Impl::wait(VkFence fence, Clock::time_point deadline) {
     const auto timeout = static_cast<std::uint64_t>(until(deadline).count());
-    const auto outcome = rhi::imageOutcome(
-        device_.vk.vkWaitForFences(device_.handle, 1, &done, VK_TRUE, timeout), "waiting for a frame");
-    frame.inFlight = outcome != rhi::ImageOutcome::Ready;
+    return rhi::imageOutcome(device_.vk.vkWaitForFences(device_.handle, 1, &fence, VK_TRUE, timeout),
+                             "waiting for a frame") == rhi::ImageOutcome::Ready;
+}
+
+bool PresentTarget::Impl::waitFor(Frame& frame, Clock::time_point deadline) {
+    frame.inFlight = frame.inFlight && !wait(frame.done.get(), deadline);
     return !frame.inFlight;
+}
+
+bool PresentTarget::Impl::drain(Clock::time_point deadline) {
+    const VkFence drained = drained_.get();
+    if (swapchain.impl().exists() && !draining_) {
+        rhi::check(device_.vk.vkResetFences(device_.handle, 1, &drained), "resetting a fence");
+        rhi::check(device_.vk.vkQueueSubmit2(device_.queue, 0, nullptr, drained), "submitting a fence");
+        draining_ = true;
+    }
+    draining_ = draining_ && !wait(drained, deadline);
+    return !draining_;
 }
 
 rhi::ImageOutcome PresentTarget::Impl::acquire(Clock::time_point deadline) {
     if (lost_)
         return rhi::ImageOutcome::SurfaceLost;
+    if (isOthersTurn())
+        return rhi::ImageOutcome::NotReady;
     if (stale_) {
-        for (Frame& frame : frames_)
-            if (!waitFor(frame, deadline))
-                return rhi::ImageOutcome::NotReady;
+        if (!drain(deadline))
+            return rhi::ImageOutcome::NotReady;
         remake();
         if (lost_)
             return rhi::ImageOutcome::SurfaceLost;
@@ -124,11 +170,13 @@ rhi::ImageOutcome PresentTarget::Impl::acquire(Clock::time_point deadline) {
     Frame& frame = frames_[frame_];
     if (!waitFor(frame, deadline))
         return rhi::ImageOutcome::NotReady;
+    compared_ = false;
     return noted(swapchain.impl().acquire(frame.acquired.get(), until(deadline)));
 }
 
 rhi::ImageOutcome PresentTarget::Impl::present() {
     drawn_ = false;
+    endTurn();
     frame_ = (frame_ + 1) % kFramesInFlight;
     return noted(swapchain.impl().present());
 }
@@ -137,7 +185,8 @@ rhi::ImageOutcome PresentTarget::Impl::noted(rhi::ImageOutcome outcome) {
     if (outcome == rhi::ImageOutcome::OutOfDate)
         stale_ = true;
     // A swapchain may stay suboptimal however often it is remade: only another size is worth it.
-    if (outcome == rhi::ImageOutcome::Suboptimal && !swapchain.impl().fits(wanted_))
+    if (outcome == rhi::ImageOutcome::Suboptimal && !std::exchange(compared_, true) &&
+        !swapchain.impl().fits(wanted_))
         stale_ = true;
     if (outcome == rhi::ImageOutcome::SurfaceLost)
         lost_ = true;
@@ -147,9 +196,7 @@ rhi::ImageOutcome PresentTarget::Impl::noted(rhi::ImageOutcome outcome) {
 void PresentTarget::Impl::record(Frame& frame, SceneDrawer& drawer, const Scene& scene,
                                  const CameraView& view, const RenderSettings& settings) {
     frame.stream.write(scene, view);
-    const VkCommandBufferBeginInfo begin{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
-                                         .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
-    rhi::check(device_.vk.vkBeginCommandBuffer(frame.commands.handle, &begin), "beginning to record");
+    frame.commands.begin(device_);
     const auto& image = swapchain.impl().currentImage();
     drawer.record(frame.commands.handle, attachments_,
                   {image.image, image.view.get(), VK_IMAGE_LAYOUT_PRESENT_SRC_KHR}, frame.stream, settings);
@@ -180,7 +227,7 @@ void PresentTarget::Impl::submit(Frame& frame) {
 
 PresentTarget::PresentTarget(RenderContext& context, VkSurfaceKHR surface, VkExtent2D extent,
                              rhi::PresentPolicy policy)
-    : impl_(std::make_unique<Impl>(context.impl().device, surface, extent, policy)) {}
+    : impl_(std::make_unique<Impl>(context.impl(), surface, extent, policy)) {}
 
 PresentTarget::~PresentTarget() = default;
 

@@ -4,6 +4,7 @@
 #include "SceneDrawer.hpp"
 #include "SwapchainImpl.hpp"
 
+#include <tarvik/renderer/Export.hpp>
 #include <tarvik/renderer/PresentTarget.hpp>
 #include <tarvik/renderer/Renderer.hpp>
 
@@ -15,8 +16,10 @@ namespace tarvik::render {
 
 inline constexpr std::size_t kFramesInFlight = 2;
 
+[[nodiscard]] TARVIK_RENDERER_API FrameResult frameResult(rhi::ImageOutcome outcome);
+
 struct PresentTarget::Impl final {
-    Impl(const rhi::Device& device, VkSurfaceKHR surface, VkExtent2D extent, rhi::PresentPolicy policy);
+    Impl(RenderContext::Impl& context, VkSurfaceKHR surface, VkExtent2D extent, rhi::PresentPolicy policy);
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
     ~Impl();
@@ -41,8 +44,13 @@ private:
         bool inFlight = false;
     };
 
+    [[nodiscard]] bool isOthersTurn() const;
+    void endTurn();
     void remake();
+    [[nodiscard]] bool wait(VkFence fence, Clock::time_point deadline);
     [[nodiscard]] bool waitFor(Frame& frame, Clock::time_point deadline);
+    // Whether all that was submitted and presented is done with the swapchain.
+    [[nodiscard]] bool drain(Clock::time_point deadline);
     [[nodiscard]] rhi::ImageOutcome acquire(Clock::time_point deadline);
     void record(Frame& frame, SceneDrawer& drawer, const Scene& scene, const CameraView& view,
                 const RenderSettings& settings);
@@ -50,15 +58,19 @@ private:
     [[nodiscard]] rhi::ImageOutcome present();
     rhi::ImageOutcome noted(rhi::ImageOutcome outcome);
 
+    RenderContext::Impl& context_;
     const rhi::Device& device_;
     VkExtent2D wanted_;
     rhi::PresentPolicy policy_;
     Attachments attachments_;
     std::array<Frame, kFramesInFlight> frames_;
     std::size_t frame_ = 0;
-    bool stale_ = true;  // the swapchain must be remade before the next frame
-    bool lost_ = false;  // the surface is
-    bool drawn_ = false; // the current frame is submitted, not yet presented
+    rhi::UniqueFence drained_;
+    bool draining_ = false; // that fence is submitted
+    bool stale_ = true;     // the swapchain must be remade before the next frame
+    bool lost_ = false;     // the surface is
+    bool drawn_ = false;    // the current frame is submitted, not yet presented
+    bool compared_ = false; // the current frame has asked the surface for its size
 };
 
 } // namespace tarvik::render

@@ -6,6 +6,7 @@
 #include <tarvik/core/Log.hpp>
 
 #include <filesystem>
+#include <system_error>
 
 namespace tarvik::render {
 
@@ -21,8 +22,13 @@ rhi::GpuCandidate choose(VkInstance instance, std::optional<std::uint32_t> prefe
 std::filesystem::path cacheDirectory(const RenderContextConfig& config) {
     if (!config.pipelineCache)
         return {};
-    return config.pipelineCacheDirectory.empty() ? rhi::userCacheDirectory()
-                                                 : std::filesystem::path(config.pipelineCacheDirectory);
+    try {
+        return config.pipelineCacheDirectory.empty() ? rhi::userCacheDirectory()
+                                                     : std::filesystem::path(config.pipelineCacheDirectory);
+    } catch (const std::system_error& error) { // no name that a file of this system can have
+        log::debug("Renderer", "pipeline cache not used: {}", error.what());
+        return {};
+    }
 }
 
 } // namespace

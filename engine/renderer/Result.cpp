@@ -78,20 +78,6 @@ ImageOutcome imageOutcome(VkResult result, std::string_view operation) {
     }
 }
 
-render::FrameResult frameResult(ImageOutcome outcome) {
-    switch (outcome) {
-    case ImageOutcome::Ready:
-    case ImageOutcome::Suboptimal:
-        return render::FrameResult::Presented;
-    case ImageOutcome::SurfaceLost:
-        return render::FrameResult::SurfaceLost;
-    case ImageOutcome::NotReady:
-    case ImageOutcome::OutOfDate:
-        break;
-    }
-    return render::FrameResult::Skipped;
-}
-
 bool isOutOfMemory(VkResult result) {
     return result == VK_ERROR_OUT_OF_HOST_MEMORY || result == VK_ERROR_OUT_OF_DEVICE_MEMORY ||
            result == VK_ERROR_MEMORY_MAP_FAILED;

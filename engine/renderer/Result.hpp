@@ -1,14 +1,13 @@
 #pragma once
 
 #include <tarvik/renderer/Export.hpp>
-#include <tarvik/renderer/Renderer.hpp>
 
 #include <vulkan/vulkan_core.h>
 
 #include <cstdint>
 #include <string_view>
 
-// The only place where a VkResult is judged.
+// What a VkResult comes to, for all who have nothing better to do about it.
 namespace tarvik::rhi {
 
 // What became of an image of a surface: when it was acquired, presented, or its size asked for.
@@ -26,8 +25,6 @@ TARVIK_RENDERER_API void check(VkResult result, std::string_view operation);
 
 // Throws what check() throws for a result that says nothing about the surface.
 [[nodiscard]] TARVIK_RENDERER_API ImageOutcome imageOutcome(VkResult result, std::string_view operation);
-
-[[nodiscard]] TARVIK_RENDERER_API render::FrameResult frameResult(ImageOutcome outcome);
 
 [[nodiscard]] TARVIK_RENDERER_API bool isOutOfMemory(VkResult result);
 

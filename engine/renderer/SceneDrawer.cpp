@@ -36,6 +36,8 @@ void barrier(const rhi::Device& device, VkCommandBuffer commands,
 
 constexpr VkPipelineStageFlags2 kColourStage = VK_PIPELINE_STAGE_2_COLOR_ATTACHMENT_OUTPUT_BIT;
 constexpr VkAccessFlags2 kColourWrite = VK_ACCESS_2_COLOR_ATTACHMENT_WRITE_BIT;
+// The grid is blended.
+constexpr VkAccessFlags2 kColourAccess = kColourWrite | VK_ACCESS_2_COLOR_ATTACHMENT_READ_BIT;
 constexpr VkPipelineStageFlags2 kDepthStages =
     VK_PIPELINE_STAGE_2_EARLY_FRAGMENT_TESTS_BIT | VK_PIPELINE_STAGE_2_LATE_FRAGMENT_TESTS_BIT;
 constexpr VkAccessFlags2 kDepthWrite = VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_WRITE_BIT;
@@ -76,15 +78,14 @@ void SceneDrawer::record(VkCommandBuffer commands, const Attachments& attachment
                          const RenderSettings& settings) {
     const auto& vk = device_.vk;
     const Pipelines::Set& pipelines = pipelines_.forFormat(attachments.format);
-    const std::array beginnings{beginning(finished.image, VK_IMAGE_ASPECT_COLOR_BIT, kColourStage, 0,
-                                          kColourWrite, VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL),
-                                beginning(attachments.depth.get(), VK_IMAGE_ASPECT_DEPTH_BIT, kDepthStages,
-                                          kDepthWrite,
-                                          kDepthWrite | VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_READ_BIT,
-                                          VK_IMAGE_LAYOUT_DEPTH_ATTACHMENT_OPTIMAL),
-                                beginning(attachments.colour.get(), VK_IMAGE_ASPECT_COLOR_BIT, kColourStage,
-                                          kColourWrite, kColourWrite | VK_ACCESS_2_COLOR_ATTACHMENT_READ_BIT,
-                                          VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL)};
+    const std::array beginnings{
+        beginning(finished.image, VK_IMAGE_ASPECT_COLOR_BIT, kColourStage, 0, kColourAccess,
+                  VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL),
+        beginning(attachments.depth.get(), VK_IMAGE_ASPECT_DEPTH_BIT, kDepthStages, kDepthWrite,
+                  kDepthWrite | VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_READ_BIT,
+                  VK_IMAGE_LAYOUT_DEPTH_ATTACHMENT_OPTIMAL),
+        beginning(attachments.colour.get(), VK_IMAGE_ASPECT_COLOR_BIT, kColourStage, kColourWrite,
+                  kColourAccess, VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL)};
     const bool resolved = attachments.resolved();
     barrier(device_, commands, std::span(beginnings).first(resolved ? 3 : 2));
 

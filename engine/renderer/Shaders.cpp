@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <string>
+#include <span>
 #include <system_error>
 #include <utility>
 

@@ -2,7 +2,6 @@
 
 #include "Memory.hpp"
 
-#include <tarvik/core/Log.hpp>
 #include <tarvik/renderer/Errors.hpp>
 
 #include <fmt/format.h>
@@ -47,6 +46,13 @@ VkCompositeAlphaFlagBitsKHR chooseAlpha(VkCompositeAlphaFlagsKHR offered) {
         if ((offered & wanted) != 0)
             return wanted;
     return VK_COMPOSITE_ALPHA_POST_MULTIPLIED_BIT_KHR;
+}
+
+// Upright pictures, which the window system turns where the display is turned.
+VkSurfaceTransformFlagBitsKHR chooseTransform(const VkSurfaceCapabilitiesKHR& capabilities) {
+    return (capabilities.supportedTransforms & VK_SURFACE_TRANSFORM_IDENTITY_BIT_KHR) != 0
+               ? VK_SURFACE_TRANSFORM_IDENTITY_BIT_KHR
+               : capabilities.currentTransform;
 }
 
 bool isEmpty(VkExtent2D extent) {
@@ -119,8 +125,6 @@ ImageOutcome Swapchain::Impl::remake(VkExtent2D wanted, PresentPolicy policy) {
     const ImageOutcome queried =
         imageOutcome(device_.instance.surface().capabilities(device_.gpu, surface_, &capabilities),
                      "asking for the window's size");
-    // Presenting may still use what goes now, and no fence tells.
-    check(device_.vk.vkQueueWaitIdle(device_.queue), "waiting before the swapchain is remade");
     images_.clear();
     if (queried != ImageOutcome::Ready) {
         swapchain_ = {};
@@ -152,7 +156,7 @@ ImageOutcome Swapchain::Impl::remake(VkExtent2D wanted, PresentPolicy policy) {
         .imageArrayLayers = 1,
         .imageUsage = VK_IMAGE_USAGE_COLOR_ATTACHMENT_BIT,
         .imageSharingMode = VK_SHARING_MODE_EXCLUSIVE,
-        .preTransform = capabilities.currentTransform,
+        .preTransform = chooseTransform(capabilities),
         .compositeAlpha = chooseAlpha(capabilities.supportedCompositeAlpha),
         .presentMode = presentMode_,
         .clipped = VK_TRUE,

@@ -23,11 +23,11 @@ struct Swapchain::Impl final {
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 
-    // Makes the swapchain anew. NotReady: the surface has no size just
-    // now, so there is no swapchain. When it throws there is none either, and it may be called again.
-    // The GPU must be done with the images.
+    // Makes the swapchain anew; there is none unless the outcome is Ready. NotReady: the surface has no size
+    // just now. May be called again, after an exception too. All that was submitted and presented must be
+    // done with the images.
     [[nodiscard]] ImageOutcome remake(VkExtent2D wanted, PresentPolicy policy);
-    // Whether remake() would come to the same size.
+    // Whether remake() would come to the same size; false when the surface cannot say.
     [[nodiscard]] bool fits(VkExtent2D wanted) const;
 
     // Sets `current` when the outcome is Ready or Suboptimal; the semaphore is signalled then, and only then.

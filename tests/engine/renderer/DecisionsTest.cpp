@@ -1,11 +1,18 @@
 #include "Gpu.hpp"
+#include "InstanceStream.hpp"
+#include "PresentTargetImpl.hpp"
 #include "Result.hpp"
 #include "SwapchainImpl.hpp"
 
 #include <tarvik/renderer/Errors.hpp>
 
+#include <tarvik/scene/CameraView.hpp>
+
+#include <glm/ext/matrix_clip_space.hpp>
+#include <glm/gtc/matrix_access.hpp>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -52,11 +59,42 @@ TEST(GpuChoiceTest, TakesTheBestKindThatCanDoWhatIsNeededAndNamesWhatIsMissing) 
 
 TEST(ResultTest, ALostDeviceAndAnOutdatedImageAreToldApart) {
     const auto became = [](VkResult result) {
-        return rhi::frameResult(rhi::imageOutcome(result, "drawing"));
+        return render::frameResult(rhi::imageOutcome(result, "drawing"));
     };
     EXPECT_EQ(became(VK_SUBOPTIMAL_KHR), render::FrameResult::Presented);
     EXPECT_EQ(became(VK_ERROR_OUT_OF_DATE_KHR), render::FrameResult::Skipped);
     EXPECT_THROW(became(VK_ERROR_DEVICE_LOST), rhi::DeviceLostError);
+}
+
+TEST(InstanceStreamTest, DetailFollowsTheSizeOnThePictureWhateverTheProjection) {
+    const CameraView usual = lookAt({}, {0.0F, 0.0F, -1.0F}, 0.8F, 1.5F, 0.1F);
+    const CameraView wide = lookAt({}, {0.0F, 0.0F, -1.0F}, 2.8F, 1.5F, 0.1F);
+    const CameraView orthographic{.projection = glm::ortho(-50.0F, 50.0F, -50.0F, 50.0F)};
+    struct Case {
+        const CameraView& view;
+        glm::vec3 position;
+        float scale;
+        std::uint32_t detailed;
+    };
+    for (const auto& [view, position, scale, detailed] : std::initializer_list<Case>{
+             {usual, {0.0F, 0.0F, -45.0F}, 1.0F, 1},
+             {usual, {0.0F, 0.0F, -60.0F}, 1.0F, 0},
+             {wide, {20.0F, 0.0F, -3.0F}, 1.0F, 1},
+             {orthographic, {0.0F, 0.0F, -0.1F}, 1.0F, 0},
+             {orthographic, {0.0F, 0.0F, -100.0F}, 10.0F, 1},
+         }) {
+        Entity entity;
+        entity.mesh = Mesh::Sphere;
+        entity.transform.position = position;
+        entity.transform.scale = glm::vec3(scale);
+        Scene scene("one");
+        scene.add(entity);
+        render::Instance instance;
+        const auto ranges = render::writeInstances(scene, glm::row(view.projection, 3),
+                                                   std::abs(view.projection[1][1]), {&instance, 1});
+        EXPECT_EQ(ranges[static_cast<std::size_t>(Mesh::Sphere)].nearCount, detailed)
+            << position.x << ", " << position.z;
+    }
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "Drawing.hpp"
+#include "TemporaryFolder.hpp"
 
+#include <tarvik/renderer/Errors.hpp>
 #include <tarvik/renderer/PresentTarget.hpp>
 #include <tarvik/scene/CameraView.hpp>
 
@@ -13,6 +15,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <utility>
 
 namespace tarvik {
 
@@ -89,8 +92,8 @@ protected:
         window_.reset();
     }
 
-    void open(Watch watch = Watch::Validated) {
-        start({"VK_KHR_surface", "VK_KHR_xcb_surface"}, watch);
+    void open(Watch watch = Watch::Validated, render::RenderContextConfig config = {}) {
+        start({"VK_KHR_surface", "VK_KHR_xcb_surface"}, watch, std::move(config));
         window_ = std::make_unique<Window>(context_->vkInstance(), 320, 200);
         makeTarget();
     }
@@ -108,6 +111,14 @@ protected:
             if (render() == wanted)
                 return true;
         return false;
+    }
+
+    // Layer upon layer, the farthest first, so that every one is drawn.
+    void drawSlowly(int layers) {
+        view_ = lookAt({0.0F, 3.0F, 0.1F}, {}, 0.8F, 1.6F, 0.1F);
+        for (int i = 0; i < layers; ++i)
+            scene_.add(test::entityOf(Mesh::Plane, {200, 40, 40}, {0.0F, 0.01F * static_cast<float>(i), 0.0F},
+                                      {10.0F, 1.0F, 10.0F}));
     }
 
     Scene scene_{"sphere"};
@@ -146,15 +157,52 @@ TEST_F(PresentTest, AWindowThatIsGoneIsALostSurfaceAndEndsCleanly) {
     EXPECT_EQ(render(), FrameResult::SurfaceLost);
 }
 
+TEST_F(PresentTest, AFrameThatIsBrokenOffHarmsNoneThatFollows) {
+    const test::TemporaryFolder shaders;
+    test::writeText(shaders / "mesh.frag.spv", "no shader");
+    open(Watch::Validated, {.shaderDirectory = shaders.path().wstring()});
+    for (int i = 0; i < 2; ++i) {
+        try {
+            render();
+            FAIL();
+        } catch (const rhi::VulkanError& error) {
+            EXPECT_TRUE(std::string_view(error.what()).contains("mesh.frag.spv")) << error.what();
+        }
+    }
+    std::filesystem::remove(shaders / "mesh.frag.spv");
+    for (int i = 0; i < 5; ++i)
+        EXPECT_TRUE(renderUntil(FrameResult::Presented));
+}
+
 TEST_F(PresentTest, ASlowPictureDoesNotHoldTheCaller) {
     open(Watch::Unwatched);
     ASSERT_TRUE(renderUntil(FrameResult::Presented));
-    // Layer upon layer, the farthest first, so that every one is drawn.
-    view_ = lookAt({0.0F, 3.0F, 0.1F}, {}, 0.8F, 1.6F, 0.1F);
-    for (int i = 0; i < 150; ++i)
-        scene_.add(test::entityOf(Mesh::Plane, {200, 40, 40}, {0.0F, 0.01F * static_cast<float>(i), 0.0F},
-                                  {10.0F, 1.0F, 10.0F}));
+    drawSlowly(150);
     EXPECT_TRUE(renderUntil(FrameResult::Skipped));
+    EXPECT_TRUE(renderUntil(FrameResult::Presented));
+}
+
+TEST_F(PresentTest, SlowTargetsTakeTurnsUntilOneIsDrawnToNoMore) {
+    open(Watch::Unwatched);
+    drawSlowly(50);
+    const Window window(context_->vkInstance(), 320, 200);
+    auto other = std::make_unique<render::PresentTarget>(*context_, window.surface(), VkExtent2D{320, 200},
+                                                         rhi::PresentPolicy::Vsync);
+    int left = 0;
+    int right = 0;
+    const auto deadline = Clock::now() + std::chrono::seconds(30);
+    while ((left < 2 || right < 2) && Clock::now() < deadline) {
+        left += render() == FrameResult::Presented ? 1 : 0;
+        for (int i = 0; i < 2; ++i) // more often
+            right += renderer_->render(*other, scene_, view_, {}) == FrameResult::Presented ? 1 : 0;
+    }
+    EXPECT_GE(left, 2);
+    EXPECT_GE(right, 2);
+
+    EXPECT_TRUE(renderUntil(FrameResult::Presented));
+    std::swap(target_, other);
+    EXPECT_TRUE(renderUntil(FrameResult::Skipped)); // drawn and not presented
+    std::swap(target_, other);
     EXPECT_TRUE(renderUntil(FrameResult::Presented));
 }
 

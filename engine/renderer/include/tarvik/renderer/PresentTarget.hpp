@@ -19,7 +19,7 @@ public:
     PresentTarget(RenderContext& context, VkSurfaceKHR surface, VkExtent2D extent, rhi::PresentPolicy policy);
     PresentTarget(const PresentTarget&) = delete;
     PresentTarget& operator=(const PresentTarget&) = delete;
-    // The device must be idle (Renderer::waitIdle).
+    // Waits for the GPU.
     ~PresentTarget();
 
     // Both cost nothing when nothing changed; otherwise the swapchain is made anew with the next frame.

@@ -24,8 +24,8 @@ struct RenderContextConfig {
 // The Vulkan instance and device that everything drawn shares. All use is from one thread.
 class TARVIK_RENDERER_API RenderContext final {
 public:
-    // Throws rhi::UnsupportedHardwareError or rhi::VulkanError. Validation that was asked for and is not
-    // installed is a warning in the log.
+    // Throws rhi::UnsupportedHardwareError, rhi::DeviceLostError or rhi::VulkanError. Validation that was
+    // asked for and is not installed is a warning in the log.
     explicit RenderContext(const RenderContextConfig& config);
     RenderContext(const RenderContext&) = delete;
     RenderContext& operator=(const RenderContext&) = delete;

@@ -43,7 +43,8 @@ public:
     Renderer& operator=(const Renderer&) = delete;
     ~Renderer();
 
-    // Records, submits and presents one frame. Waits 18 ms at most for the display.
+    // Records, submits and presents one frame. Waits 18 ms at most for an image to draw to; what the driver
+    // takes to present it is its own affair.
     FrameResult render(PresentTarget& target, const Scene& scene, const CameraView& view,
                        const RenderSettings& settings);
 
