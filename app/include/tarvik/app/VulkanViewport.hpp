@@ -153,7 +153,7 @@ private:
     bool framePending = false;
     bool wakePending = false;
     bool targetUnseen = false; // it has presented nothing yet
-    WId bornUnder = 0; // the native parent of the native window when that was made
+    WId bornUnder = 0;         // the native parent of the native window when that was made
     double frameInterval = 0.0;
     QElapsedTimer statsTimer;
     std::int32_t presentedCount = 0;

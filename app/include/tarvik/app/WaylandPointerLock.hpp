@@ -8,7 +8,7 @@
 
 namespace tarvik::app {
 
-// Relative pointer motion where the cursor cannot be warped. Lives as long as its viewport.
+// Relative pointer motion where the cursor cannot be warped. Lives as long as its viewport. GUI thread only.
 class TARVIK_APPCOMMON_API WaylandPointerLock final {
 public:
     // Empty where no lock can be had.
@@ -17,6 +17,9 @@ public:
     WaylandPointerLock& operator=(const WaylandPointerLock&) = delete;
     ~WaylandPointerLock();
 
+    // Asks for the pointer over the window that it is over, in place of any other lock of the application.
+    // False where there is nothing to ask for. Whether and when the lock is had, isActive() says; it ends by
+    // itself with the window's focus, with the window and with the mouse.
     bool lock();
     // Harmless when not locked.
     void unlock();

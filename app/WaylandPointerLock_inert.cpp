@@ -10,7 +10,7 @@ WaylandPointerLock::WaylandPointerLock(std::unique_ptr<State> state) : state_(st
 
 WaylandPointerLock::~WaylandPointerLock() = default;
 
-// No platform offers a lock yet: viewports then follow the cursor's own moves.
+// Without Wayland at build time there is no lock: viewports follow the cursor's own moves.
 std::unique_ptr<WaylandPointerLock> WaylandPointerLock::create() {
     return {};
 }

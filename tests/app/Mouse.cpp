@@ -1,0 +1,86 @@
+#include "Mouse.hpp"
+
+#include <QProcess>
+
+#include <virtual-pointer.h>
+#include <virtual-pointer.inc>
+#include <wayland-client.h>
+
+#include <cstring>
+
+namespace tarvik::test {
+namespace {
+
+constexpr std::uint32_t kRight = 0x111; // as the kernel numbers it
+
+void x(const QStringList& arguments) {
+    QProcess::execute("xdotool", arguments);
+}
+
+} // namespace
+
+Mouse::Mouse() : display_(wl_display_connect(nullptr)) {
+    static constexpr wl_registry_listener listener{
+        .global =
+            [](void* data, wl_registry* registry, std::uint32_t name, const char* interface,
+               std::uint32_t /*version*/) {
+                const wl_interface& wanted = zwlr_virtual_pointer_manager_v1_interface;
+                if (std::strcmp(interface, wanted.name) == 0)
+                    static_cast<Mouse*>(data)->manager_ = static_cast<zwlr_virtual_pointer_manager_v1*>(
+                        wl_registry_bind(registry, name, &wanted, 1));
+            },
+        .global_remove = [](void* /*data*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {},
+    };
+    wl_registry* registry = wl_display_get_registry(display_);
+    wl_registry_add_listener(registry, &listener, this);
+    wl_display_roundtrip(display_);
+    wl_registry_destroy(registry);
+    if (manager_)
+        pointer_ = zwlr_virtual_pointer_manager_v1_create_virtual_pointer(manager_, nullptr);
+}
+
+Mouse::~Mouse() {
+    if (pointer_)
+        zwlr_virtual_pointer_v1_destroy(pointer_);
+    if (manager_)
+        zwlr_virtual_pointer_manager_v1_destroy(manager_);
+    wl_display_roundtrip(display_);
+    wl_display_disconnect(display_);
+}
+
+void Mouse::send() {
+    zwlr_virtual_pointer_v1_frame(pointer_);
+    wl_display_roundtrip(display_);
+}
+
+void Mouse::moveTo(int left, int top) {
+    if (!pointer_)
+        return x({"mousemove", QString::number(left), QString::number(top)});
+    zwlr_virtual_pointer_v1_motion_absolute(pointer_, 0, static_cast<std::uint32_t>(left),
+                                            static_cast<std::uint32_t>(top), 1280, 800);
+    send();
+}
+
+void Mouse::moveBy(int right, int down) {
+    if (!pointer_)
+        return x({"mousemove_relative", "--", QString::number(right), QString::number(down)});
+    zwlr_virtual_pointer_v1_motion(pointer_, 0, wl_fixed_from_int(right), wl_fixed_from_int(down));
+    send();
+}
+
+void Mouse::press() {
+    button("mousedown", WL_POINTER_BUTTON_STATE_PRESSED);
+}
+
+void Mouse::release() {
+    button("mouseup", WL_POINTER_BUTTON_STATE_RELEASED);
+}
+
+void Mouse::button(const char* command, std::uint32_t state) {
+    if (!pointer_)
+        return x({command, "3"});
+    zwlr_virtual_pointer_v1_button(pointer_, 0, kRight, state);
+    send();
+}
+
+} // namespace tarvik::test

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+
+struct wl_display;
+struct zwlr_virtual_pointer_manager_v1;
+struct zwlr_virtual_pointer_v1;
+
+namespace tarvik::test {
+
+// A mouse for the compositor under test, whose only screen has 1280 x 800 units: a device of its own where
+// the compositor offers one, else X's mouse over the window that is its screen, at the origin of an X
+// display.
+class Mouse final {
+public:
+    Mouse();
+    Mouse(const Mouse&) = delete;
+    Mouse& operator=(const Mouse&) = delete;
+    // Unplugs the device.
+    ~Mouse();
+
+    [[nodiscard]] bool isDevice() const { return pointer_ != nullptr; }
+    void moveTo(int x, int y);
+    void moveBy(int x, int y);
+    // The right button.
+    void press();
+    void release();
+
+private:
+    void button(const char* command, std::uint32_t state);
+    void send();
+
+    wl_display* display_; // not the windows' connection
+    zwlr_virtual_pointer_manager_v1* manager_ = nullptr;
+    zwlr_virtual_pointer_v1* pointer_ = nullptr;
+};
+
+} // namespace tarvik::test

@@ -1,0 +1,172 @@
+#include "Mouse.hpp"
+#include "Pump.hpp"
+
+#include <tarvik/app/WaylandPointerLock.hpp>
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QRasterWindow>
+
+#include <array>
+#include <functional>
+#include <memory>
+
+namespace tarvik::app {
+namespace {
+
+using test::Mouse;
+using test::pumpUntil;
+
+// Fills itself, as a window without contents gets no pointer, and counts.
+struct View final : QRasterWindow {
+    int moves = 0;
+    int presses = 0;
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter(this).fillRect(QRect(QPoint(), size()), Qt::darkGray);
+    }
+    void mouseMoveEvent(QMouseEvent* /*event*/) override { ++moves; }
+    void mousePressEvent(QMouseEvent* /*event*/) override { ++presses; }
+};
+
+// An embedded window that fills its top level, which fills the screen. A protocol error ends the process.
+class PointerLockTest : public ::testing::Test {
+protected:
+    PointerLockTest() {
+        window_->setCentralWidget(container_);
+        show();
+    }
+
+    void show() {
+        QCoreApplication::processEvents(); // until then what has been hidden is exposed
+        mouse_->isDevice() ? window_->show() : window_->showFullScreen();
+        ASSERT_TRUE(pumpUntil([&] { return window_->windowHandle()->isExposed(); }));
+        container_->hide(); // wakes an embedded window that was not exposed with its top level
+        QCoreApplication::processEvents();
+        container_->show();
+        ASSERT_TRUE(pumpUntil([&] { return view_->isExposed(); }));
+    }
+
+    // And holds.
+    void press() {
+        const int before = view_->presses;
+        // A compositor shows a new window some time after it has been drawn.
+        ASSERT_TRUE(pumpUntil([&] {
+            mouse_->moveTo(600, 400);
+            mouse_->moveTo(601, 401);
+            mouse_->release();
+            mouse_->press();
+            return view_->presses > before;
+        }));
+    }
+
+    void lock() {
+        ASSERT_NE(lock_, nullptr);
+        press();
+        ASSERT_TRUE(lock_->lock());
+        ASSERT_TRUE(pumpUntil([&] { return lock_->isActive(); }));
+    }
+
+    std::unique_ptr<Mouse> mouse_ = std::make_unique<Mouse>();
+    std::unique_ptr<WaylandPointerLock> lock_ = WaylandPointerLock::create();
+    std::unique_ptr<QMainWindow> window_ = std::make_unique<QMainWindow>();
+    View* view_ = new View;
+    QWidget* container_ = QWidget::createWindowContainer(view_);
+};
+
+TEST_F(PointerLockTest, DeliversAllMotionAndNoMoves) {
+    lock();
+    view_->moves = 0;
+    for (int i = 0; i < 12; ++i)
+        mouse_->moveBy(i % 2 ? 6 : -2, -3);
+    const glm::vec2 injected = glm::vec2(24, -36) / static_cast<float>(view_->devicePixelRatio());
+    glm::vec2 sum(0.0F);
+    pumpUntil([&] {
+        sum += lock_->takeMotion();
+        return sum.y <= injected.y;
+    });
+    EXPECT_EQ(sum, injected);
+    EXPECT_EQ(view_->moves, 0);
+
+    lock_->unlock();
+    EXPECT_TRUE(pumpUntil([&] {
+        mouse_->moveBy(1, 1);
+        return view_->moves > 0;
+    }));
+    EXPECT_EQ(lock_->takeMotion(), glm::vec2(0.0F));
+}
+
+TEST_F(PointerLockTest, AsksOnceWhoeverAsks) {
+    lock();
+    EXPECT_TRUE(lock_->lock());
+    const auto other = WaylandPointerLock::create();
+    EXPECT_TRUE(other->lock());
+    EXPECT_FALSE(lock_->isActive());
+    EXPECT_TRUE(pumpUntil([&] { return other->isActive(); }));
+    lock_->unlock();
+    EXPECT_TRUE(other->isActive());
+    other->unlock();
+    other->unlock();
+    lock();
+}
+
+TEST_F(PointerLockTest, EndsWhenTheFocusGoesAndLocksAgain) {
+    lock();
+    auto other = std::make_unique<QMainWindow>();
+    other->show();
+    EXPECT_TRUE(pumpUntil([&] { return !lock_->isActive(); }));
+    other.reset();
+    lock();
+}
+
+TEST_F(PointerLockTest, EndsWithTheSurfaceOfTheViewOrOfItsWindow) {
+    const std::array<std::function<void()>, 4> ends{
+        [&] { container_->hide(); },
+        [&] { view_->destroy(); },
+        [&] { window_->hide(); },
+        [&] { window_.reset(); },
+    };
+    for (const auto& end : ends) {
+        SCOPED_TRACE(&end - ends.data());
+        lock();
+        if (HasFatalFailure())
+            return;
+        end();
+        EXPECT_FALSE(lock_->isActive());
+        if (window_)
+            show();
+    }
+    EXPECT_FALSE(lock_->lock()) << "no window is under the pointer";
+}
+
+TEST_F(PointerLockTest, FreesThePointerWithItself) {
+    lock();
+    lock_.reset();
+    view_->moves = 0;
+    EXPECT_TRUE(pumpUntil([&] {
+        mouse_->moveBy(1, 1);
+        return view_->moves > 0;
+    }));
+}
+
+TEST_F(PointerLockTest, EndsWithTheMouse) {
+    if (!mouse_->isDevice())
+        GTEST_SKIP() << "the mouse of an X display stays";
+    lock();
+    mouse_.reset();
+    EXPECT_TRUE(pumpUntil([&] { return !lock_->isActive(); }));
+    EXPECT_FALSE(lock_->lock());
+    mouse_ = std::make_unique<Mouse>();
+    lock();
+}
+
+// Run against compositors that have but one of the protocols.
+TEST(NoPointerLockTest, WithHalfOfTheProtocols) {
+    EXPECT_EQ(WaylandPointerLock::create(), nullptr);
+}
+
+} // namespace
+} // namespace tarvik::app
