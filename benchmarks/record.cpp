@@ -146,7 +146,9 @@ public:
 
     // An entity.
     double write() {
-        return costOf([this] { benchmark::DoNotOptimize(render::writeInstances(scene_, kEye, written_)); }) /
+        return costOf([this] {
+                   benchmark::DoNotOptimize(render::writeInstances(scene_, {.eye = kEye}, written_));
+               }) /
                static_cast<double>(scene_.size());
     }
     // As many bytes as are written.

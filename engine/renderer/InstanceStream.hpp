@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 // The only work of a frame that grows with the scene.
@@ -37,9 +38,15 @@ using InstanceRanges = std::array<InstanceRange, kMeshCount>;
 // usual window: on a circle smaller than that the coarse form's corners do not show.
 inline constexpr float kDetailedSize = 0.08F;
 
+struct Onlooker {
+    glm::vec3 eye{0.0F};
+    float focalLength = 2.0F;            // that of the projection: half heights a metre at a distance of one
+    std::optional<std::size_t> selected; // the entity that is tinted
+};
+
 // Writes the entities that have a mesh, grouped by mesh and detail, in one pass. There is room for
-// instanceCount(). The focal length is that of the projection: half heights a metre at a distance of one.
-TARVIK_RENDERER_API InstanceRanges writeInstances(const Scene& scene, const glm::vec3& eye,
-                                                  std::span<Instance> instances, float focalLength = 2.0F);
+// instanceCount().
+TARVIK_RENDERER_API InstanceRanges writeInstances(const Scene& scene, const Onlooker& onlooker,
+                                                  std::span<Instance> instances);
 
 } // namespace tarvik::render

@@ -26,7 +26,7 @@ OffscreenTarget::OffscreenTarget(const rhi::Device& device, VkExtent2D extent)
 void OffscreenTarget::record(SceneDrawer& drawer, const Scene& scene, const CameraView& view,
                              const RenderSettings& settings) {
     const auto& vk = device_.vk;
-    stream_.write(scene, view);
+    stream_.write(scene, view, settings);
     const VkCommandBufferBeginInfo begin{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
                                          .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
     rhi::check(vk.vkBeginCommandBuffer(commands_.handle, &begin), "beginning to record");

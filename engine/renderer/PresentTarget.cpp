@@ -146,7 +146,7 @@ rhi::ImageOutcome PresentTarget::Impl::noted(rhi::ImageOutcome outcome) {
 
 void PresentTarget::Impl::record(Frame& frame, SceneDrawer& drawer, const Scene& scene,
                                  const CameraView& view, const RenderSettings& settings) {
-    frame.stream.write(scene, view);
+    frame.stream.write(scene, view, settings);
     const VkCommandBufferBeginInfo begin{.sType = VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO,
                                          .flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT};
     rhi::check(device_.vk.vkBeginCommandBuffer(frame.commands.handle, &begin), "beginning to record");

@@ -112,5 +112,30 @@ TEST(InstanceStreamTest, GroupsEntitiesByMeshAndDetailWithoutLosingOne) {
     EXPECT_EQ(covered, instances.size());
 }
 
+TEST(InstanceStreamTest, TintsTheSelectedEntityAlone) {
+    Scene scene("five of each");
+    for (int i = 0; i < 25; ++i) {
+        Entity entity;
+        entity.mesh = static_cast<Mesh>(i % 5);
+        entity.transform.position.x = i < 10 ? 1.0F : 1000.0F; // near, or far
+        entity.colour = {0, 0, static_cast<std::uint8_t>(i)};
+        scene.add(entity);
+    }
+    const auto tinted = [&](std::optional<std::size_t> selected) {
+        std::vector<render::Instance> instances(render::instanceCount(scene));
+        render::writeInstances(scene, {.selected = selected}, instances);
+        std::vector<float> places;
+        for (const auto& instance : instances)
+            if (instance.colour[0] != 0)
+                places.push_back(instance.position[0]);
+        return places;
+    };
+    EXPECT_EQ(tinted(6), std::vector{1.0F});
+    EXPECT_EQ(tinted(24), std::vector{1000.0F});
+    EXPECT_TRUE(tinted(5).empty()) << "has no mesh";
+    EXPECT_TRUE(tinted(25).empty()) << "does not exist";
+    EXPECT_TRUE(tinted(std::nullopt).empty());
+}
+
 } // namespace
 } // namespace tarvik
