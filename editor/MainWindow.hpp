@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OpenedProject.hpp"
+#include "SceneViewClient.hpp"
 
 #include <QElapsedTimer>
 #include <QMainWindow>
@@ -45,6 +46,8 @@ private:
     void restoreWindowState();
 
     void open(const QString& folder);
+    void load(const QString& folder, const QString& scene);
+    void openScene(const QString& file);
     void create(const QString& folder, const QString& name);
     void reload();
     void closeProject();
@@ -61,10 +64,12 @@ private:
     void setDocksAvailable(bool on);
     void updateTitle();
     void showFrameRate();
+    [[nodiscard]] QString projectName() const; // as one line; empty while none is open
     void showAbout();
 
     Session& session_;
     std::optional<OpenedProject> project_;
+    SceneViewClient client_;
     QStackedWidget* pages_;
     StartPage* startPage_;
     ViewportPane* pane_;

@@ -10,7 +10,10 @@
 
 namespace tarvik::editor {
 
-PlayWindow::PlayWindow(Session& session) : session_(session), pane_(new ViewportPane(session.options())) {
+PlayWindow::PlayWindow(Session& session)
+    : session_(session),
+      client_(session.options()),
+      pane_(new ViewportPane(client_)) {
     setCentralWidget(pane_);
     resize(1280, 720);
     auto* escape = new QShortcut(QKeySequence::Cancel, this);
@@ -34,9 +37,10 @@ void PlayWindow::play() {
         return;
     }
     setWindowTitle(QString::fromStdString(opened->project.name()));
-    pane_->client().setScene(opened->scene);
+    client_.setScene(opened->scene);
     session_.show(*this);
     pane_->start(session_.context());
+    pane_->setFocus();
 }
 
 } // namespace tarvik::editor

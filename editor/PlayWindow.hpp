@@ -1,5 +1,7 @@
 #pragma once
 
+#include "GameViewClient.hpp"
+
 #include <QMainWindow>
 
 namespace tarvik::editor {
@@ -20,6 +22,7 @@ public:
 
 private:
     Session& session_;
+    GameViewClient client_;
     ViewportPane* pane_;
 };
 

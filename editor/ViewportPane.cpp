@@ -9,9 +9,7 @@
 
 namespace tarvik::editor {
 
-ViewportPane::ViewportPane(const app::AppOptions& options, QWidget* parent)
-    : QWidget(parent),
-      client_(options) {
+ViewportPane::ViewportPane(app::ViewportClient& client, QWidget* parent) : QWidget(parent), client_(client) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     setMinimumSize(160, 120);
@@ -51,6 +49,9 @@ void ViewportPane::start(app::AppContext& context) {
     container_->setFocusPolicy(Qt::StrongFocus);
     container_->setAccessibleName(tr("Scene view"));
     viewport_->setInputContainer(container_);
+    // A text field that kept the focus would get the keys that are meant for the scene.
+    connect(viewport_, &app::VulkanViewport::pointerPressed, container_,
+            [this] { container_->setFocus(Qt::MouseFocusReason); });
     show(container_);
 }
 
@@ -71,6 +72,7 @@ void ViewportPane::show(QWidget* content) {
     delete content_;
     content_ = content;
     layout()->addWidget(content);
+    setFocusProxy(content);
     content->show();
 }
 
