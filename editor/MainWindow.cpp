@@ -1,5 +1,6 @@
 #include "MainWindow.hpp"
 
+#include "Controls.hpp"
 #include "DisplayText.hpp"
 #include "LogPanel.hpp"
 #include "NewProjectDialog.hpp"
@@ -155,6 +156,7 @@ void MainWindow::createViewMenu() {
 
 void MainWindow::createHelpMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&Help"));
+    menu->addAction(tr("&Controls"), QKeySequence::HelpContents, this, [this] { showControls(*this); });
     QAction* about = menu->addAction(tr("&About Tarvik"), this, &MainWindow::showAbout);
     about->setMenuRole(QAction::AboutRole);
 }
