@@ -4,6 +4,7 @@
 #include "DisplayText.hpp"
 #include "LogPanel.hpp"
 #include "NewProjectDialog.hpp"
+#include "PictureSaver.hpp"
 #include "SceneTree.hpp"
 #include "Session.hpp"
 #include "StartPage.hpp"
@@ -41,7 +42,8 @@ MainWindow::MainWindow(Session& session)
       client_(session.options()),
       pages_(new QStackedWidget),
       startPage_(new StartPage),
-      pane_(new ViewportPane(client_)) {
+      pane_(new ViewportPane(client_)),
+      pictures_(new PictureSaver(*this, *pane_)) {
     pages_->addWidget(startPage_);
     pages_->addWidget(pane_);
     setCentralWidget(pages_);
@@ -63,6 +65,8 @@ MainWindow::MainWindow(Session& session)
     connect(&client_, &SceneViewClient::projectDropped, this, &MainWindow::open, Qt::QueuedConnection);
     connect(&client_, &SceneViewClient::sceneDropped, this, &MainWindow::openScene, Qt::QueuedConnection);
 
+    connect(pictures_, &PictureSaver::failed, this,
+            [this](const QString& problem) { session_.reportFailure(this, problem); });
     session_.watch(*pane_);
     connect(pane_, &ViewportPane::frameRendered, this, [this] { ++framesShown_; });
     connect(pane_, &ViewportPane::renderFailed, this, &MainWindow::clearRenderStatus);
@@ -130,6 +134,12 @@ void MainWindow::createFileMenu() {
         menu->addAction(tr("Re&load Project"), QKeySequence::Refresh, this, &MainWindow::reload);
     projectActions_ +=
         menu->addAction(tr("&Close Project"), QKeySequence::Close, this, &MainWindow::closeProject);
+    menu->addSeparator();
+    projectActions_ += menu->addAction(tr("&Save Picture…"), QKeySequence("Ctrl+Shift+S"), this, [this] {
+        pictures_->askForScene(QString::fromStdString(project_->scene->name()));
+    });
+    projectActions_ += menu->addAction(tr("Save Picture of &Window…"), this,
+                                       [this] { pictures_->askForWindow(projectName()); });
     menu->addSeparator();
     QAction* quit = menu->addAction(tr("&Quit"), QKeySequence::Quit, this, &MainWindow::close);
     quit->setMenuRole(QAction::QuitRole);

@@ -17,6 +17,7 @@ class QStackedWidget;
 namespace tarvik::editor {
 
 class LogPanel;
+class PictureSaver;
 class SceneTree;
 class Session;
 class StartPage;
@@ -73,6 +74,7 @@ private:
     QStackedWidget* pages_;
     StartPage* startPage_;
     ViewportPane* pane_;
+    PictureSaver* pictures_;
     SceneTree* sceneTree_ = nullptr;
     LogPanel* logPanel_ = nullptr;
     QList<QAction*> projectActions_; // of use only while a project is open

@@ -3,6 +3,7 @@
 #include "RenderFailurePanel.hpp"
 
 #include <tarvik/app/AppContext.hpp>
+#include <tarvik/app/Snapshot.hpp>
 #include <tarvik/app/VulkanViewport.hpp>
 
 #include <QVBoxLayout>
@@ -49,6 +50,7 @@ void ViewportPane::start(app::AppContext& context) {
     container_->setFocusPolicy(Qt::StrongFocus);
     container_->setAccessibleName(tr("Scene view"));
     viewport_->setInputContainer(container_);
+    app::registerViewportContainer(container_, viewport_);
     // A text field that kept the focus would get the keys that are meant for the scene.
     connect(viewport_, &app::VulkanViewport::pointerPressed, container_,
             [this] { container_->setFocus(Qt::MouseFocusReason); });
