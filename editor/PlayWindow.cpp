@@ -5,6 +5,7 @@
 #include "ViewportPane.hpp"
 
 #include <tarvik/app/Paths.hpp>
+#include <tarvik/app/VulkanViewport.hpp>
 
 #include <QShortcut>
 
@@ -18,7 +19,7 @@ PlayWindow::PlayWindow(Session& session)
     resize(1280, 720);
     auto* escape = new QShortcut(QKeySequence::Cancel, this);
     escape->setContext(Qt::ApplicationShortcut);
-    connect(escape, &QShortcut::activated, this, &PlayWindow::close);
+    connect(escape, &QShortcut::activated, this, &PlayWindow::escape);
 
     session.watch(*pane_);
     connect(&session, &Session::contextAboutToChange, pane_, &ViewportPane::stop);
@@ -41,6 +42,15 @@ void PlayWindow::play() {
     session_.show(*this);
     pane_->start(session_.context());
     pane_->setFocus();
+}
+
+// Frees the mouse first, then ends the game.
+void PlayWindow::escape() {
+    app::VulkanViewport* viewport = pane_->viewport();
+    if (viewport != nullptr && viewport->input().isHeld(MouseButton::Right))
+        viewport->releaseInput();
+    else
+        close();
 }
 
 } // namespace tarvik::editor

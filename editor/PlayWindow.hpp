@@ -21,6 +21,8 @@ public:
     void play();
 
 private:
+    void escape();
+
     Session& session_;
     GameViewClient client_;
     ViewportPane* pane_;
