@@ -138,8 +138,9 @@ void MainWindow::createFileMenu() {
     projectActions_ += menu->addAction(tr("&Save Picture…"), QKeySequence("Ctrl+Shift+S"), this, [this] {
         pictures_->askForScene(QString::fromStdString(project_->scene->name()));
     });
-    projectActions_ += menu->addAction(tr("Save Picture of &Window…"), this,
-                                       [this] { pictures_->askForWindow(projectName()); });
+    projectActions_ += menu->addAction(tr("Save Picture of &Window…"), this, [this] {
+        pictures_->askForWindow(tr("%1 window").arg(projectName()));
+    });
     menu->addSeparator();
     QAction* quit = menu->addAction(tr("&Quit"), QKeySequence::Quit, this, &MainWindow::close);
     quit->setMenuRole(QAction::QuitRole);

@@ -8,6 +8,7 @@
 #include <tarvik/app/VulkanViewport.hpp>
 #include <tarvik/core/Log.hpp>
 
+#include <QDir>
 #include <QFileDialog>
 #include <QGuiApplication>
 #include <QImage>
@@ -20,13 +21,18 @@ namespace {
 QString proposedFile(QString name) {
     // What some file system does not allow in a name.
     static const QRegularExpression forbidden(R"([\x00-\x1f<>:"/\\|?*])");
-    return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation) + '/' +
-           name.left(100).replace(forbidden, "_") + ".png";
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    if (!QDir(folder).exists())
+        folder = QDir::homePath();
+    return folder + '/' + name.left(100).replace(forbidden, "_") + ".png";
 }
 
 } // namespace
 
-PictureSaver::PictureSaver(QWidget& window, ViewportPane& pane) : window_(window), pane_(pane) {}
+PictureSaver::PictureSaver(QWidget& window, ViewportPane& pane)
+    : QObject(&window),
+      window_(window),
+      pane_(pane) {}
 
 void PictureSaver::askForScene(const QString& name) {
     const app::VulkanViewport* viewport = pane_.viewport();

@@ -13,7 +13,7 @@ class PictureSaver final : public QObject {
     Q_OBJECT
 
 public:
-    // Both are borrowed.
+    // The window owns it; the pane is part of the window.
     PictureSaver(QWidget& window, ViewportPane& pane);
 
     // The name is proposed for the file, without a folder and a suffix.
