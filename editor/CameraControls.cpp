@@ -22,9 +22,10 @@ float axis(const InputState& input, Key negative, Key positive) {
 
 } // namespace
 
-void CameraControls::show(const Scene* scene) {
+void CameraControls::show(const Scene* scene, Viewpoint viewpoint) {
     opening_.show(scene);
-    camera_.reset();
+    if (viewpoint == Viewpoint::New)
+        camera_.reset();
 }
 
 void CameraControls::pointerAt(const glm::vec2& ndc, Qt::KeyboardModifiers modifiers) {

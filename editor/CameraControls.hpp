@@ -9,9 +9,13 @@
 
 #include <glm/vec2.hpp>
 
+#include <cstdint>
 #include <optional>
 
 namespace tarvik::editor {
+
+// Where a scene is seen from: where it opens, or where the user has gone before.
+enum class Viewpoint : std::uint8_t { New, Kept };
 
 // The editor's camera in the user's hands. The scene opens with a camera that moves by itself; the first
 // input that is meant for the camera takes over from where that is. What is held is asked of the input state
@@ -20,8 +24,8 @@ class CameraControls final {
 public:
     explicit CameraControls(const app::AppOptions& options) : opening_(options) {}
 
-    // Starts anew. Null is an empty scene.
-    void show(const Scene* scene);
+    // Null is an empty scene.
+    void show(const Scene* scene, Viewpoint viewpoint);
 
     // To be told of every press and move, in normalised device coordinates.
     void pointerAt(const glm::vec2& ndc, Qt::KeyboardModifiers modifiers);

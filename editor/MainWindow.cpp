@@ -207,10 +207,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::open(const QString& folder) {
-    load(folder, session_.options().scene);
+    load(folder, session_.options().scene, Viewpoint::New);
 }
 
-void MainWindow::load(const QString& folder, const QString& scene) {
+void MainWindow::load(const QString& folder, const QString& scene, Viewpoint viewpoint) {
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     auto opened = openProject(app::toPath(folder), scene);
     QGuiApplication::restoreOverrideCursor();
@@ -224,7 +224,7 @@ void MainWindow::load(const QString& folder, const QString& scene) {
     app::AppContext& context = session_.context();
     context.registry.touch(current.project.rootDir(), current.project.name());
     context.saveRecentProjects();
-    showProject(current);
+    showProject(current, viewpoint);
 }
 
 // What is shown stays when the scene cannot be.
@@ -239,7 +239,7 @@ void MainWindow::openScene(const QString& file) {
     project_->scene = std::make_shared<const Scene>(*std::move(scene));
     project_->sceneChoice = file;
     project_->sceneProblem.clear();
-    showProject(*project_);
+    showProject(*project_, Viewpoint::New);
 }
 
 void MainWindow::create(const QString& folder, const QString& name) {
@@ -251,7 +251,7 @@ void MainWindow::create(const QString& folder, const QString& name) {
 
 void MainWindow::reload() {
     if (project_)
-        load(app::toQString(project_->project.rootDir()), project_->sceneChoice);
+        load(app::toQString(project_->project.rootDir()), project_->sceneChoice, Viewpoint::Kept);
 }
 
 void MainWindow::closeProject() {
@@ -262,8 +262,8 @@ void MainWindow::closeProject() {
     showStartPage();
 }
 
-void MainWindow::showProject(const OpenedProject& project) {
-    client_.setScene(project.scene);
+void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) {
+    client_.setScene(project.scene, viewpoint);
     sceneTree_->setScene(project.scene);
     setDocksAvailable(true);
     pages_->setCurrentWidget(pane_);

@@ -47,12 +47,12 @@ private:
     void restoreWindowState();
 
     void open(const QString& folder);
-    void load(const QString& folder, const QString& scene);
+    void load(const QString& folder, const QString& scene, Viewpoint viewpoint);
     void openScene(const QString& file);
     void create(const QString& folder, const QString& name);
     void reload();
     void closeProject();
-    void showProject(const OpenedProject& project);
+    void showProject(const OpenedProject& project, Viewpoint viewpoint);
     void showStartPage();
     void askForProject();
     void askForNewProject();

@@ -9,10 +9,10 @@ SceneViewClient::SceneViewClient(const app::AppOptions& options) : camera_(optio
     settings_.grid = options.grid.value_or(true);
 }
 
-void SceneViewClient::setScene(std::shared_ptr<const Scene> scene) {
+void SceneViewClient::setScene(std::shared_ptr<const Scene> scene, Viewpoint viewpoint) {
     scene_ = std::move(scene);
     settings_.selected.reset();
-    camera_.show(scene_.get());
+    camera_.show(scene_.get(), viewpoint);
 }
 
 void SceneViewClient::frameSelection() {

@@ -21,7 +21,7 @@ public:
     explicit SceneViewClient(const app::AppOptions& options);
 
     // Null shows an empty scene. Nothing is selected any more, without a signal.
-    void setScene(std::shared_ptr<const Scene> scene);
+    void setScene(std::shared_ptr<const Scene> scene, Viewpoint viewpoint = Viewpoint::New);
     void setGrid(bool on) { settings_.grid = on; }
     void select(std::optional<std::size_t> entity) { settings_.selected = entity; }
     // Looks at the selected entity, or at the whole scene when nothing is selected.

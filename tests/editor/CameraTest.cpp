@@ -48,7 +48,7 @@ protected:
 
     void startFrom(const app::AppOptions& options) {
         controls_.emplace(options);
-        controls_->show(&scene_);
+        controls_->show(&scene_, Viewpoint::New);
         frame();
     }
 
@@ -102,14 +102,14 @@ TEST_F(CameraTest, KeysMoveItOnlyInMouseLookAndInAnActiveWindow) {
         EXPECT_GT(difference(start, moved), 0.05F) << static_cast<int>(key);
         input_.setKey(key, false);
         input_.setMouseButton(MouseButton::Right, false);
-        controls_->show(&scene_);
+        controls_->show(&scene_, Viewpoint::New);
         frame(0.0F);
     }
 }
 
 TEST_F(CameraTest, FliesAsFarInOneSecondAtEveryFrameRate) {
     const auto flown = [&](int frames) {
-        controls_->show(&scene_);
+        controls_->show(&scene_, Viewpoint::New);
         input_.setMouseButton(MouseButton::Right, true);
         for (const Key key : {Key::W, Key::D, Key::E, Key::Shift})
             input_.setKey(key, true);
@@ -137,7 +137,7 @@ TEST_F(CameraTest, NeitherFlipsNorRollsWhenDraggedBeyondThePoles) {
             EXPECT_NEAR(ahead(view).y, -direction, 1e-4F) << "straight up or down";
             EXPECT_EQ(startsAside < 0.0F, up(view).x * direction < 0.0F) << "still turned to the same side";
             input_.releaseAll();
-            controls_->show(&scene_);
+            controls_->show(&scene_, Viewpoint::New);
         }
     }
 }
