@@ -13,7 +13,7 @@ struct Sphere {
     float radius = 4.0F; // metres
 };
 
-// Where the things are that one wants to see. Planes are left out: a wide ground would push the camera away.
+// Around the things that one wants to see. Planes are left out: a wide ground would push the camera away.
 [[nodiscard]] Sphere boundsOf(const Scene& scene);
 
 // An entity without a mesh is taken for as large as a unit primitive.

@@ -17,6 +17,27 @@ constexpr glm::vec3 kUp{0.0F, 1.0F, 0.0F};
 constexpr float kTurnSeconds = 75.0F; // one full circle
 constexpr float kOutside = 2.2F;      // in radii of the bounds
 
+// Wide around the things of the scene, so that a camera that circles it stays outside. The ground may be
+// crossed.
+Sphere surroundingsOf(const Scene& scene) {
+    glm::vec3 low{0.0F};
+    glm::vec3 high{0.0F};
+    bool any = false;
+    for (std::size_t i = 0; i < scene.size(); ++i) {
+        const Mesh mesh = scene.meshes()[i];
+        if (mesh == Mesh::None || mesh == Mesh::Plane)
+            continue;
+        const Transform& transform = scene.transforms()[i];
+        const glm::vec3 reach(0.5F * glm::length(transform.scale));
+        low = any ? glm::min(low, transform.position - reach) : transform.position - reach;
+        high = any ? glm::max(high, transform.position + reach) : transform.position + reach;
+        any = true;
+    }
+    if (!any)
+        return {};
+    return {0.5F * (low + high), std::max(0.5F * glm::length(high - low), 0.5F)};
+}
+
 // A camera that looks straight up or down has no horizon to keep: tilt it a little.
 glm::vec3 tilted(const glm::vec3& eye, const glm::vec3& target) {
     const glm::vec3 arm = eye - target;
@@ -37,7 +58,7 @@ OpeningView::OpeningView(const app::AppOptions& options)
 }
 
 void OpeningView::show(const Scene* scene) {
-    const Sphere bounds = scene ? boundsOf(*scene) : Sphere{};
+    const Sphere bounds = scene ? surroundingsOf(*scene) : Sphere{};
     target_ = bounds.centre;
     lens_ = {};
     eye_ = bounds.centre + kOutside * bounds.radius * glm::normalize(glm::vec3(0.8F, 0.5F, 1.0F));
