@@ -18,7 +18,7 @@
 namespace tarvik::editor {
 namespace {
 
-QString proposedFile(QString name) {
+QString proposedFile(const QString& name) {
     // What some file system does not allow in a name.
     static const QRegularExpression forbidden(R"([\x00-\x1f<>:"/\\|?*])");
     QString folder = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);

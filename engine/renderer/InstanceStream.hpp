@@ -40,8 +40,8 @@ inline constexpr float kDetailedSize = 0.08F;
 
 struct Onlooker {
     glm::vec3 eye{0.0F};
-    float focalLength = 2.0F;            // that of the projection: half heights a metre at a distance of one
-    std::optional<std::size_t> selected; // the entity that is tinted
+    float focalLength = 2.0F; // that of the projection: half heights a metre at a distance of one
+    std::optional<std::size_t> selected = std::nullopt; // the entity that is tinted
 };
 
 // Writes the entities that have a mesh, grouped by mesh and detail, in one pass. There is room for

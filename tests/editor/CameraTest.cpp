@@ -47,20 +47,20 @@ protected:
     }
 
     void startFrom(const app::AppOptions& options) {
-        controls_.emplace(options);
-        controls_->show(&scene_, Viewpoint::New);
+        controls_ = CameraControls(options);
+        controls_.show(&scene_, Viewpoint::New);
         frame();
     }
 
     CameraView frame(float seconds = 0.02F, bool windowActive = true) {
-        controls_->update(seconds, input_, windowActive);
+        controls_.update(seconds, input_, windowActive);
         input_.endFrame();
-        return controls_->view(kAspect);
+        return controls_.view(kAspect);
     }
 
     Scene scene_{"box"};
     InputState input_;
-    std::optional<CameraControls> controls_;
+    CameraControls controls_{{}};
 };
 
 TEST_F(CameraTest, CirclesUntilTheFirstTouchAndIsTakenOverWhereItIs) {
@@ -83,7 +83,7 @@ TEST_F(CameraTest, CirclesUntilTheFirstTouchAndIsTakenOverWhereItIs) {
 
 TEST_F(CameraTest, MovesOfThePointerBeforeTheDragDoNotCount) {
     input_.setMouseButton(MouseButton::Left, true); // is not the camera's
-    controls_->pointerAt({0.9F, 0.9F}, {});
+    controls_.pointerAt({0.9F, 0.9F}, {});
     frame(0.0F);
     const CameraView last = frame(0.0F);
     input_.setMouseButton(MouseButton::Middle, true);
@@ -102,14 +102,14 @@ TEST_F(CameraTest, KeysMoveItOnlyInMouseLookAndInAnActiveWindow) {
         EXPECT_GT(difference(start, moved), 0.05F) << static_cast<int>(key);
         input_.setKey(key, false);
         input_.setMouseButton(MouseButton::Right, false);
-        controls_->show(&scene_, Viewpoint::New);
+        controls_.show(&scene_, Viewpoint::New);
         frame(0.0F);
     }
 }
 
 TEST_F(CameraTest, FliesAsFarInOneSecondAtEveryFrameRate) {
     const auto flown = [&](int frames) {
-        controls_->show(&scene_, Viewpoint::New);
+        controls_.show(&scene_, Viewpoint::New);
         input_.setMouseButton(MouseButton::Right, true);
         for (const Key key : {Key::W, Key::D, Key::E, Key::Shift})
             input_.setKey(key, true);
@@ -125,7 +125,7 @@ TEST_F(CameraTest, NeitherFlipsNorRollsWhenDraggedBeyondThePoles) {
     for (const bool orbiting : {false, true}) {
         for (const float direction : {-1.0F, 1.0F}) {
             input_.setMouseButton(orbiting ? MouseButton::Middle : MouseButton::Right, true);
-            controls_->pointerAt({}, orbiting ? Qt::AltModifier : Qt::NoModifier);
+            controls_.pointerAt({}, orbiting ? Qt::AltModifier : Qt::NoModifier);
             const float startsAside = ahead(frame()).x;
             CameraView view;
             for (int i = 0; i < 200; ++i) {
@@ -137,7 +137,7 @@ TEST_F(CameraTest, NeitherFlipsNorRollsWhenDraggedBeyondThePoles) {
             EXPECT_NEAR(ahead(view).y, -direction, 1e-4F) << "straight up or down";
             EXPECT_EQ(startsAside < 0.0F, up(view).x * direction < 0.0F) << "still turned to the same side";
             input_.releaseAll();
-            controls_->show(&scene_, Viewpoint::New);
+            controls_.show(&scene_, Viewpoint::New);
         }
     }
 }
@@ -145,7 +145,7 @@ TEST_F(CameraTest, NeitherFlipsNorRollsWhenDraggedBeyondThePoles) {
 TEST_F(CameraTest, FramingShowsAllOfItInTheMiddle) {
     for (const float radius : {0.001F, 1.0F, 1000.0F}) {
         const glm::vec3 centre{-5.0F, 2.0F, 9.0F};
-        controls_->frame({centre, radius});
+        controls_.frame({centre, radius});
         const CameraView view = frame();
         EXPECT_LT(glm::length(seenAt(view, centre)), 1e-3F);
         const float edge = seenAt(view, centre + radius * up(view)).y;
@@ -157,13 +157,13 @@ TEST_F(CameraTest, FramingShowsAllOfItInTheMiddle) {
 
 TEST_F(CameraTest, PanningKeepsWhatIsUnderThePointerThere) {
     const glm::vec3 pivot{1.0F, 2.0F, 3.0F};
-    controls_->frame({pivot, 2.0F});
+    controls_.frame({pivot, 2.0F});
     frame();
     input_.setMouseButton(MouseButton::Middle, true);
-    controls_->pointerAt({0.1F, 0.1F}, {});
+    controls_.pointerAt({0.1F, 0.1F}, {});
     frame(0.0F);
-    const glm::vec2 before = seenAt(controls_->seen(), pivot);
-    controls_->pointerAt({0.5F, -0.2F}, {});
+    const glm::vec2 before = seenAt(controls_.seen(), pivot);
+    controls_.pointerAt({0.5F, -0.2F}, {});
     const glm::vec2 moved = seenAt(frame(), pivot) - before;
     EXPECT_NEAR(moved.x, 0.4F, 1e-3F);
     EXPECT_NEAR(moved.y, -0.3F, 1e-3F);
@@ -171,9 +171,9 @@ TEST_F(CameraTest, PanningKeepsWhatIsUnderThePointerThere) {
 
 TEST_F(CameraTest, OrbitingLooksAtTheSamePointFromTheSameDistance) {
     const glm::vec3 pivot{1.0F, 2.0F, 3.0F};
-    controls_->frame({pivot, 2.0F});
+    controls_.frame({pivot, 2.0F});
     const CameraView before = frame();
-    controls_->pointerAt({}, Qt::AltModifier);
+    controls_.pointerAt({}, Qt::AltModifier);
     input_.setMouseButton(MouseButton::Left, true);
     input_.addMouseDelta({150.0F, -40.0F});
     const CameraView after = frame();
@@ -184,7 +184,7 @@ TEST_F(CameraTest, OrbitingLooksAtTheSamePointFromTheSameDistance) {
 
 TEST_F(CameraTest, TheWheelSetsTheSpeedInMouseLookAndElseTheDistance) {
     input_.addScroll(3.0F);
-    const CameraView start = controls_->seen();
+    const CameraView start = controls_.seen();
     const CameraView nearer = frame();
     EXPECT_GT(glm::dot(nearer.position - start.position, ahead(start)), 0.5F);
     input_.setMouseButton(MouseButton::Right, true);
@@ -199,7 +199,7 @@ TEST_F(CameraTest, StaysInTheWorldWhateverItIsAsked) {
         input_.addScroll(extreme);
         input_.addMouseDelta({extreme, extreme});
         frame(0.25F);
-        controls_->frame({{}, extreme});
+        controls_.frame({{}, extreme});
         input_.setMouseButton(MouseButton::Right, false);
         input_.addScroll(extreme);
         const CameraView view = frame(0.0F);

@@ -30,7 +30,7 @@ struct RenderSettings {
     // The fading ground grid, an editor overlay.
     bool grid = true;
     // This entity is drawn tinted, an editor overlay.
-    std::optional<std::size_t> selected;
+    std::optional<std::size_t> selected = std::nullopt;
 };
 
 struct CapturedImage {
