@@ -6,7 +6,6 @@
 #include <tarvik/app/Snapshot.hpp>
 #include <tarvik/app/VulkanViewport.hpp>
 
-#include <QGuiApplication>
 #include <QVBoxLayout>
 
 namespace tarvik::editor {
@@ -52,12 +51,6 @@ void ViewportPane::start(app::AppContext& context) {
     container_->setAccessibleName(tr("Scene view"));
     viewport_->setInputContainer(container_);
     app::registerViewportContainer(container_, viewport_);
-    // A text field that kept the focus would get the keys that are meant for the scene. The container hands
-    // the focus to its window, or, if that has it already, to the widget after it.
-    connect(viewport_, &app::VulkanViewport::pointerPressed, container_, [this] {
-        if (QGuiApplication::focusWindow() != viewport_)
-            container_->setFocus(Qt::MouseFocusReason);
-    });
     show(container_);
 }
 
