@@ -113,10 +113,6 @@ void VulkanViewport::setVsync(bool on) {
         target->setPolicy(policy());
 }
 
-void VulkanViewport::setInputContainer(QWidget* widget) {
-    container = widget;
-}
-
 double VulkanViewport::frameIntervalMs() const {
     return frameInterval;
 }
@@ -130,31 +126,28 @@ const InputState& VulkanViewport::input() const {
 }
 
 bool VulkanViewport::event(QEvent* event) {
-    switch (event->type()) {
-    case QEvent::UpdateRequest:
-        scheduleNextFrame();
+    const QPointer<VulkanViewport> self(this);
+    try {
+        switch (event->type()) {
+        case QEvent::UpdateRequest:
+            scheduleNextFrame();
+            return true;
+        case QEvent::PlatformSurface:
+            if (static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
+                QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
+                releaseTarget();
+            else
+                bornUnder = nativeParent();
+            break;
+        default:
+            break;
+        }
+        return takeInput(event) || QWindow::event(event);
+    } catch (...) {
+        if (self)
+            fail(std::current_exception());
         return true;
-    case QEvent::PlatformSurface:
-        if (static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
-            QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed)
-            releaseTarget();
-        else
-            bornUnder = nativeParent();
-        break;
-    default:
-        break;
     }
-    return QWindow::event(event);
-}
-
-bool VulkanViewport::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == container) {
-        if (event->type() == QEvent::Hide)
-            releaseWindow();
-        else if (event->type() == QEvent::Show && !warpAvailable)
-            wakeWhenNotExposed();
-    }
-    return QWindow::eventFilter(watched, event);
 }
 
 void VulkanViewport::exposeEvent(QExposeEvent* /*event*/) {
@@ -182,6 +175,7 @@ bool VulkanViewport::ensureTarget() {
     try {
         target =
             std::make_unique<render::PresentTarget>(*ctx.renderContext(), surface, pixelExtent(), policy());
+        targetUnseen = true;
         return true;
     } catch (const std::exception& e) {
         fail(QStringLiteral("Cannot create swapchain: %1").arg(QString::fromUtf8(e.what())));
@@ -293,19 +287,9 @@ void VulkanViewport::renderFrame() {
             Q_EMIT frameRendered();
         if (self)
             scheduleNextFrame();
-    } catch (const rhi::DeviceLostError& e) {
-        if (self)
-            fail(QStringLiteral(
-                     "The GPU device was lost (driver reset or hang). Rendering is stopped; save your work "
-                     "and restart Tarvik.\n\n%1")
-                     .arg(QString::fromUtf8(e.what())));
-    } catch (const std::exception& e) {
-        if (self)
-            fail(QStringLiteral("Rendering failed: %1").arg(QString::fromUtf8(e.what())));
     } catch (...) {
-        // A client may throw what it likes, but not into the event loop.
         if (self)
-            fail(QStringLiteral("Rendering failed: an exception of unknown type"));
+            fail(std::current_exception());
     }
 }
 
@@ -334,7 +318,13 @@ bool VulkanViewport::drawFrame() {
         releaseTarget();
     }
     countFrame(result);
-    return result == render::FrameResult::Presented;
+    if (result != render::FrameResult::Presented)
+        return false;
+    // Some Wayland compositors take a new subsurface's first picture in only when the surface around it is
+    // drawn the next time.
+    if (std::exchange(targetUnseen, false) && !warpAvailable && container)
+        container->window()->update();
+    return true;
 }
 
 void VulkanViewport::countFrame(render::FrameResult result) {
@@ -359,6 +349,22 @@ void VulkanViewport::fail(const QString& message) {
     failed = true;
     log::error("Viewport", "{}", message.toStdString());
     Q_EMIT renderFailed(message);
+}
+
+// A client may throw what it likes, but not into the event loop.
+void VulkanViewport::fail(const std::exception_ptr& exception) {
+    try {
+        std::rethrow_exception(exception);
+    } catch (const rhi::DeviceLostError& e) {
+        fail(QStringLiteral(
+                 "The GPU device was lost (driver reset or hang). Rendering is stopped; save your work "
+                 "and restart Tarvik.\n\n%1")
+                 .arg(QString::fromUtf8(e.what())));
+    } catch (const std::exception& e) {
+        fail(QStringLiteral("Rendering failed: %1").arg(QString::fromUtf8(e.what())));
+    } catch (...) {
+        fail(QStringLiteral("Rendering failed: an exception of unknown type"));
+    }
 }
 
 VkExtent2D VulkanViewport::pixelExtent() const {

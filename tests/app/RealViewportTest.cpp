@@ -1,4 +1,7 @@
-#include "Support.hpp"
+#include "Client.hpp"
+#include "Entities.hpp"
+#include "LogCapture.hpp"
+#include "Pump.hpp"
 
 #include <tarvik/app/AppContext.hpp>
 #include <tarvik/app/VulkanViewport.hpp>
@@ -12,14 +15,12 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <array>
 #include <cstdlib>
 
 namespace tarvik::app {
 namespace {
 
-using testing::Names;
-using testing::pumpUntil;
+using test::pumpUntil;
 
 AppOptions withValidation() {
     AppOptions options;
@@ -29,7 +30,7 @@ AppOptions withValidation() {
 
 // A viewport as an editor has it: in a container, in a dock.
 struct Dock final : QDockWidget {
-    Dock(AppContext& context, testing::Client& client)
+    Dock(AppContext& context, test::Client& client)
         : viewport(new VulkanViewport(context, client)),
           container(createWindowContainer(viewport)) {
         viewport->setInputContainer(container);
@@ -44,10 +45,8 @@ struct Dock final : QDockWidget {
 class RealViewportTest : public ::testing::Test {
 protected:
     RealViewportTest() {
-        addBox({220, 30, 30}, glm::vec3(0.0F), 2.0F);
+        scene_.add(test::entityOf(Mesh::Cube, {220, 30, 30}, {}, glm::vec3(2.0F)));
         client_.scene = &scene_;
-        client_.settings.grid = false;
-        window_->setCentralWidget(new QWidget);
         window_->resize(640, 400);
         dock_ = addDock();
         other_ = addDock();
@@ -58,16 +57,7 @@ protected:
     ~RealViewportTest() override {
         window_.reset();
         context_.reset();
-        EXPECT_EQ(log_.lines(LogLevel::Warn), Names{});
-    }
-
-    void addBox(Colour colour, glm::vec3 position, float size) {
-        Entity box;
-        box.transform.position = position;
-        box.transform.scale = glm::vec3(size);
-        box.mesh = Mesh::Cube;
-        box.colour = colour;
-        scene_.add(box);
+        EXPECT_EQ(log_.lines(LogLevel::Warn), test::Lines{});
     }
 
     Dock* addDock() {
@@ -82,10 +72,10 @@ protected:
             << "no frame; log: " << ::testing::PrintToString(log_.lines(LogLevel::Debug));
     }
 
-    testing::LogCapture log_;
+    test::LogCapture log_;
     std::unique_ptr<AppContext> context_ = std::make_unique<AppContext>(withValidation());
     Scene scene_{"Test"};
-    testing::Client client_;
+    test::Client client_;
     std::unique_ptr<QMainWindow> window_ = std::make_unique<QMainWindow>();
     Dock* dock_ = nullptr;
     Dock* other_ = nullptr;
@@ -132,119 +122,52 @@ TEST_F(RealViewportTest, TheScreenShowsWhatACaptureShows) {
 }
 
 TEST_F(RealViewportTest, ShowsFramesAgainWhateverTheHostDoesWithItsWindows) {
-    struct Step {
-        const char* name;
-        std::function<void()> act;
-    };
     QMainWindow& window = *window_;
     Dock& dock = *dock_;
-    std::vector<Step> steps = {
-        {"first show",
-         [] {
-         }},
-        {"resize storm",
-         [&] {
-             for (int i = 0; i < 40; ++i) {
-                 window.resize(300 + i * 37 % 500, 200 + i * 53 % 400);
-                 QCoreApplication::processEvents();
-             }
-         }},
-        {"hide and show the container",
-         [&] {
-             dock.container->hide(), dock.container->show();
-         }},
-        {"hide, wait and show the container",
-         [&] {
-             dock.container->hide();
-             expectFrames(*other_);
-             dock.container->show();
-         }},
-        {"hide the dock",
-         [&] {
-             dock.hide(), expectFrames(*other_), dock.show();
-         }},
-        {"float",
-         [&] {
-             dock.setFloating(true);
-         }},
-        {"hide while floating",
-         [&] {
-             dock.hide(), expectFrames(*other_), dock.show();
-         }},
-        {"dock again",
-         [&] {
-             dock.setFloating(false);
-         }},
-        {"move",
-         [&] {
-             window.addDockWidget(Qt::RightDockWidgetArea, &dock);
-         }},
-        {"tab",
-         [&] {
-             window.tabifyDockWidget(other_, &dock), dock.raise();
-         }},
-        {"other tab and back",
-         [&] {
-             other_->raise(), expectFrames(*other_), dock.raise();
-         }},
-        {"a window of its own",
-         [&] {
-             dock.container->setParent(nullptr), dock.container->show();
-         }},
-        {"back into the dock",
-         [&] {
-             dock.setWidget(dock.container), dock.container->show();
-         }},
-        {"hide and show the window",
-         [&] {
-             window.hide(), QCoreApplication::processEvents(), window.show();
-         }},
-        {"close and show the window",
-         [&] {
-             window.close(), QCoreApplication::processEvents(), window.show();
-         }},
-        {"replace the top level",
-         [&] {
-             window.setWindowFlag(Qt::WindowStaysOnTopHint), window.show();
-         }},
-        {"full screen",
-         [&] {
-             window.showFullScreen(), expectFrames(dock), window.showNormal();
-         }},
-        {"float, hide the window, show it",
-         [&] {
-             dock.setFloating(true), window.hide(), window.show();
-         }},
-    };
-    // A Wayland client cannot bring itself back.
-    if (QGuiApplication::platformName() == "xcb")
-        steps.push_back({"minimise", [&] {
-                             window.showMinimized(), QCoreApplication::processEvents(), window.showNormal();
-                         }});
-    for (const Step& step : steps) {
-        SCOPED_TRACE(step.name);
-        step.act();
-        expectFrames(dock);
+    const auto step = [&](const char* name, const std::function<void()>& act) {
+        SCOPED_TRACE(name);
         if (HasFatalFailure())
             return;
-    }
+        act();
+        expectFrames(dock);
+    };
+    step("first show", [] {});
+    step("resize storm", [&] {
+        for (int i = 0; i < 40; ++i) {
+            window.resize(300 + i * 37 % 500, 200 + i * 53 % 400);
+            QCoreApplication::processEvents();
+        }
+    });
+    step("hide and show the container", [&] { dock.container->hide(), dock.container->show(); });
+    step("hide, wait and show", [&] { dock.hide(), expectFrames(*other_), dock.show(); });
+    step("float", [&] { dock.setFloating(true); });
+    step("hide while floating", [&] { dock.hide(), expectFrames(*other_), dock.show(); });
+    step("dock again", [&] { dock.setFloating(false); });
+    step("move", [&] { window.addDockWidget(Qt::RightDockWidgetArea, &dock); });
+    step("tab", [&] { window.tabifyDockWidget(other_, &dock), dock.raise(); });
+    step("other tab and back", [&] { other_->raise(), expectFrames(*other_), dock.raise(); });
+    step("a window of its own", [&] { dock.container->setParent(nullptr), dock.container->show(); });
+    step("back into the dock", [&] { dock.setWidget(dock.container), dock.container->show(); });
+    step("hide and show the window",
+         [&] { window.hide(), QCoreApplication::processEvents(), window.show(); });
+    step("close and show the window",
+         [&] { window.close(), QCoreApplication::processEvents(), window.show(); });
+    step("replace the top level", [&] { window.setWindowFlag(Qt::WindowStaysOnTopHint), window.show(); });
+    step("full screen", [&] { window.showFullScreen(), expectFrames(dock), window.showNormal(); });
+    step("float, hide and show the window", [&] { dock.setFloating(true), window.hide(), window.show(); });
+    // A Wayland client cannot bring itself back.
+    if (QGuiApplication::platformName() == "xcb")
+        step("minimise",
+             [&] { window.showMinimized(), QCoreApplication::processEvents(), window.showNormal(); });
 }
 
 TEST_F(RealViewportTest, TwoViewportsShareAContextWithManyEntitiesAndCaptures) {
     for (int i = 0; i < 10'000; ++i)
-        addBox({30, 30, 220}, glm::vec3(i % 100 - 50, -3, i / -100), 0.6F);
+        scene_.add(test::entityOf(Mesh::Cube, {30, 30, 220}, {i % 100 - 50, -3, i / -100}, glm::vec3(0.6F)));
     expectFrames(*dock_);
     expectFrames(*other_);
-    QColor colour;
-    for (const QSize size : {QSize(640, 360), QSize(1, 1), QSize(17, 33), QSize(1920, 1080)}) {
-        const QImage image = dock_->viewport->captureFrame(size);
-        ASSERT_EQ(image.size(), size);
-        if (!colour.isValid())
-            colour = image.pixelColor(image.rect().center());
-        EXPECT_GE(countLike(image, colour), size.width() * size.height() / 50) << size.width();
-    }
+    EXPECT_EQ(dock_->viewport->captureFrame({1920, 1080}).size(), QSize(1920, 1080));
     EXPECT_TRUE(dock_->viewport->captureFrame({1'000'000, 2}).isNull());
-    expectFrames(*dock_);
     delete other_;
     expectFrames(*dock_);
     EXPECT_FALSE(dock_->viewport->hasFailed());

@@ -1,12 +1,7 @@
-#include "Support.hpp"
-
 #include "MainWindow.hpp"
-#include "RenderFailurePanel.hpp"
+#include "Pump.hpp"
+#include "RedBoxProject.hpp"
 #include "Session.hpp"
-
-#include <tarvik/app/Paths.hpp>
-#include <tarvik/project/Project.hpp>
-#include <tarvik/scene/SceneFile.hpp>
 
 #include <gtest/gtest.h>
 
@@ -20,37 +15,14 @@
 namespace tarvik::editor {
 namespace {
 
-using testing::pumpUntil;
-
-TEST(RenderFailureAdviceTest, FitsTheReason) {
-    const struct {
-        const char* reason;
-        const char* platform;
-        const char* word;
-    } cases[] = {
-        {"QVulkanInstance could not adopt the Vulkan instance", "offscreen", "xcb"},
-        {"there is no Vulkan loader (libvulkan.so.1)", "xcb", "mesa-vulkan-drivers"},
-        {"the Vulkan loader offers no VK_KHR_surface; cannot present to windows", "xcb",
-         "mesa-vulkan-drivers"},
-        {"The GPU device was lost (driver reset or hang).", "xcb", "reset"},
-        {"Cannot create swapchain: out of memory", "wayland", "log"},
-    };
-    for (const auto& [reason, platform, word] : cases)
-        EXPECT_TRUE(renderFailureAdvice(reason, platform).contains(word)) << reason;
-}
+using test::pumpUntil;
 
 TEST(RenderFailureTest, StartingAfreshKeepsProjectSceneAndLog) {
     const QTemporaryDir folder;
     qputenv("XDG_DATA_HOME", folder.filePath("data").toUtf8());
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.filePath("settings"));
     const QString root = folder.filePath("project");
-    auto project = Project::create(app::toPath(root), "Kept");
-    ASSERT_TRUE(project);
-    Scene scene("Main");
-    scene.add({});
-    ASSERT_TRUE(saveScene(scene, project->contentDir() / "Main.lscene"));
-    project->setDefaultScene("Content/Main.lscene");
-    ASSERT_TRUE(project->save());
+    test::makeRedBoxProject(root.toStdString());
 
     app::AppOptions options;
     options.projectDir = root;
@@ -85,7 +57,7 @@ TEST(RenderFailureTest, StartingAfreshKeepsProjectSceneAndLog) {
     EXPECT_TRUE(pumpUntil([&] { return failuresLogged() == 2; }));
     EXPECT_TRUE(pumpUntil(reasonShown));
     EXPECT_EQ(tree->model()->rowCount(), 1);
-    EXPECT_TRUE(window.windowTitle().contains("Kept"));
+    EXPECT_TRUE(window.windowTitle().contains("Test"));
     EXPECT_EQ(session.context().registry.projects().size(), 1U);
 }
 

@@ -1,5 +1,5 @@
 #include "GamepadPoller.hpp"
-#include "InputLog.hpp"
+#include "LogCapture.hpp"
 
 #include <tarvik/app/GamepadReader.hpp>
 #include <tarvik/input/InputState.hpp>
@@ -15,24 +15,20 @@
 #include <vector>
 
 using namespace std::chrono_literals;
-using Lines = std::vector<std::string>;
 
 namespace tarvik::app {
 namespace {
 
-constexpr std::uint16_t kVendor = 0xF055;
-
 // A device that exists inside SDL alone; unplugged when it goes.
 class VirtualDevice final {
 public:
-    explicit VirtualDevice(const char* name, SDL_JoystickType type = SDL_JOYSTICK_TYPE_GAMECONTROLLER,
-                           std::uint16_t product = 1) {
+    explicit VirtualDevice(const char* name, std::uint16_t product = 1) {
         SDL_VirtualJoystickDesc desc{};
         desc.version = SDL_VIRTUAL_JOYSTICK_DESC_VERSION;
-        desc.type = static_cast<Uint16>(type);
+        desc.type = SDL_JOYSTICK_TYPE_GAMECONTROLLER;
         desc.naxes = SDL_CONTROLLER_AXIS_MAX;
         desc.nbuttons = 15;
-        desc.vendor_id = kVendor;
+        desc.vendor_id = 0xF055;
         desc.product_id = product;
         desc.name = name;
         joystick_ = SDL_JoystickOpen(SDL_JoystickAttachVirtualEx(&desc));
@@ -68,7 +64,7 @@ protected:
     }
 
     std::unique_ptr<GamepadSource> source = GamepadSource::create();
-    test::InputLog log;
+    test::LogCapture log;
 };
 
 TEST_F(GamepadSdlTest, EveryControlArrivesInXInputsFormAndLeavesNoEvents) {
@@ -92,10 +88,6 @@ TEST_F(GamepadSdlTest, EveryControlArrivesInXInputsFormAndLeavesNoEvents) {
             pad.setAxis(static_cast<int>(axis), axes[axis]);
         EXPECT_TRUE(source->query(0) == reading) << "left x at " << axes[0];
     }
-    for (int raw = 0; raw <= 255; ++raw) { // as a kernel scales 8 bits
-        pad.setAxis(SDL_CONTROLLER_AXIS_TRIGGERLEFT, static_cast<std::int16_t>(raw * 257 - 32768));
-        EXPECT_EQ(source->query(0)->leftTrigger, raw);
-    }
     EXPECT_EQ(SDL_PeepEvents(nullptr, 0, SDL_PEEKEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT), 0);
 }
 
@@ -105,12 +97,10 @@ TEST_F(GamepadSdlTest, FollowsOneControllerThroughHotPlug) {
     const auto pollAt = [&](std::chrono::milliseconds time) {
         poller.poll(input, GamepadPoller::TimePoint{time});
     };
-    VirtualDevice wheel{"wheel", SDL_JOYSTICK_TYPE_WHEEL};
     pollAt(0ms);
-    EXPECT_FALSE(input.gamepadConnected()) << "a wheel is no game controller";
-
+    EXPECT_FALSE(input.gamepadConnected());
     auto first = std::make_unique<VirtualDevice>("first pad");
-    VirtualDevice second{"second pad", SDL_JOYSTICK_TYPE_GAMECONTROLLER, 2}; // SDL keeps a name per model
+    VirtualDevice second{"second pad", 2}; // SDL keeps a name per model
     pollAt(2s);
     EXPECT_TRUE(input.gamepadConnected());
     first->setButton(SDL_CONTROLLER_BUTTON_X, true);
@@ -125,8 +115,9 @@ TEST_F(GamepadSdlTest, FollowsOneControllerThroughHotPlug) {
     EXPECT_FALSE(input.isHeld(GamepadButton::X));
     pollAt(4s);
     EXPECT_TRUE(input.isHeld(GamepadButton::Y));
-    EXPECT_EQ(log.take(), (Lines{"gamepad connected (first pad)", "gamepad disconnected",
-                                 "gamepad connected (second pad)"}));
+    EXPECT_EQ(log.lines(LogLevel::Info, "Input"),
+              (test::Lines{"gamepad connected (first pad)", "gamepad disconnected",
+                           "gamepad connected (second pad)"}));
 }
 
 TEST_F(GamepadSdlTest, ReadersShareAControllerAndTheLastOneEndsTheSubsystem) {
@@ -140,7 +131,7 @@ TEST_F(GamepadSdlTest, ReadersShareAControllerAndTheLastOneEndsTheSubsystem) {
         InputState input;
         one->poll(input);
         other.poll(input);
-        EXPECT_EQ(log.take(), Lines(2, "gamepad connected (shared pad)"));
+        EXPECT_EQ(log.lines(LogLevel::Info, "Input"), test::Lines(2, "gamepad connected (shared pad)"));
         one.reset();
         input = {};
         other.poll(input);

@@ -1,7 +1,6 @@
 // The renderer library's classes with a script in place of Vulkan.
 #include "Script.hpp"
 
-#include <tarvik/renderer/Errors.hpp>
 #include <tarvik/renderer/Instance.hpp>
 
 #include <fmt/format.h>
@@ -10,16 +9,6 @@
 namespace tarvik::rhi {
 
 using scripted::script;
-
-VulkanError::VulkanError(const std::string& message, VkResult result)
-    : std::runtime_error(message),
-      result_(result) {}
-VulkanError::~VulkanError() = default;
-UnsupportedHardwareError::UnsupportedHardwareError(const std::string& message)
-    : std::runtime_error(message) {}
-UnsupportedHardwareError::~UnsupportedHardwareError() = default;
-DeviceLostError::DeviceLostError(const std::string& message) : std::runtime_error(message) {}
-DeviceLostError::~DeviceLostError() = default;
 
 std::vector<std::string> Instance::availableExtensions() {
     script().note("extensions");
@@ -51,9 +40,7 @@ const char* words(rhi::PresentPolicy policy) {
 
 } // namespace
 
-struct RenderContext::Impl {
-    std::string deviceName = "scripted";
-};
+struct RenderContext::Impl {};
 
 RenderContext::RenderContext(const RenderContextConfig& config) : impl_(std::make_unique<Impl>()) {
     script().note("context+",
@@ -68,10 +55,6 @@ RenderContext::~RenderContext() {
 VkInstance RenderContext::vkInstance() const {
     return VK_NULL_HANDLE;
 }
-const std::string& RenderContext::deviceName() const {
-    return impl_->deviceName;
-}
-
 struct PresentTarget::Impl {
     rhi::Swapchain swapchain{nullptr};
 };

@@ -1,17 +1,14 @@
-#include "Allocations.hpp"
-
+// Counts what the program and its libraries allocate with operator new, for PresentTest.cpp.
 #include <atomic>
 #include <cstdlib>
 #include <new>
 
-namespace {
-std::atomic<bool> counting = false;
+namespace tarvik::test {
 std::atomic<int> allocations = 0;
-} // namespace
+} // namespace tarvik::test
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    if (counting)
-        ++allocations;
+    ++tarvik::test::allocations;
     return std::malloc(size == 0 ? 1 : size);
 }
 void* operator new(std::size_t size) {
@@ -25,17 +22,3 @@ void operator delete(void* memory) noexcept {
 void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
-
-namespace tarvik::testing {
-
-void startCountingAllocations() {
-    allocations = 0;
-    counting = true;
-}
-
-int stopCountingAllocations() {
-    counting = false;
-    return allocations;
-}
-
-} // namespace tarvik::testing

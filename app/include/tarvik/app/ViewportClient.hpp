@@ -16,7 +16,7 @@ namespace tarvik::app {
 
 // The owner of a viewport. Called on the GUI thread. Positions are in normalised device coordinates: -1, -1
 // is the top left corner, 1, 1 the bottom right one. An exception ends the viewport's rendering with a
-// reason.
+// reason. Destroy the viewport from within with QObject::deleteLater() only.
 class TARVIK_APPCOMMON_API ViewportClient {
 public:
     ViewportClient() = default;

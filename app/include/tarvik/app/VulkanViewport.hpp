@@ -13,10 +13,14 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <glm/vec2.hpp>
+
 #include <vulkan/vulkan_core.h>
 
 #include <cstdint>
+#include <exception>
 #include <memory>
+#include <optional>
 
 namespace tarvik {
 class Scene;
@@ -56,7 +60,11 @@ public:
     // The widget that hosts the viewport. Needed where it is embedded, and on Wayland wherever it may be
     // hidden and shown again: the container tells of its hiding before the window's surface goes away, the
     // window itself too late.
+    // It also takes drops in the viewport's place, and, where the pointer can be locked, all pointer events.
     void setInputContainer(QWidget* widget);
+
+    // Every key and button up, mouse look over, as when the focus goes.
+    void releaseInput();
 
     // Length of the last frame step, 0 to 250.
     [[nodiscard]] double frameIntervalMs() const;
@@ -69,12 +77,20 @@ Q_SIGNALS:
     void frameRendered();
     // Once, with the first failure, worded for the user.
     void renderFailed(const QString& message);
+    // Before the client sees the press.
     void pointerPressed();
 
 protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void exposeEvent(QExposeEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
 
 private:
     bool ensureTarget();
@@ -88,8 +104,29 @@ private:
     void countFrame(render::FrameResult result);
     void scheduleNextFrame();
     void fail(const QString& message);
+    void fail(const std::exception_ptr& exception);
     [[nodiscard]] VkExtent2D pixelExtent() const;
     [[nodiscard]] rhi::PresentPolicy policy() const;
+
+    [[nodiscard]] bool takeInput(QEvent* event);
+    [[nodiscard]] bool isPassingThrough() const;
+    [[nodiscard]] bool takeFromContainer(QEvent* event);
+    [[nodiscard]] bool takeFromTopLevel(QKeyEvent& event);
+    [[nodiscard]] bool overrideShortcut(QKeyEvent& event) const;
+    [[nodiscard]] bool handleDrag(QEvent* event);
+    void takeFocus();
+    [[nodiscard]] QPointF motionTo(QPointF position);
+    void warpWhenAstray(QPointF position);
+    void startLooking();
+    void stopLooking();
+    void hideCursor();
+    void entered();
+    void left();
+    [[nodiscard]] bool engaged() const;
+    void updateEngagement(bool isHovered, bool isClickEngaged);
+    [[nodiscard]] glm::vec2 toNdc(QPointF position) const;
+    [[nodiscard]] QWindow* topLevelWindow();
+    [[nodiscard]] bool isAround(const QObject* object);
 
     AppContext& ctx;
     ViewportClient& client;
@@ -104,6 +141,7 @@ private:
     QElapsedTimer frameStart;
     QPointF lastPos;
     QPointF pressPos;
+    std::optional<QPointF> warpedFrom; // until the warp is seen to have arrived; lastPos is where it goes
     bool dragged = false;
     bool hovered = false;
     bool clickEngaged = false;
@@ -114,6 +152,7 @@ private:
     bool vsyncEnabled = true;
     bool framePending = false;
     bool wakePending = false;
+    bool targetUnseen = false; // it has presented nothing yet
     WId bornUnder = 0; // the native parent of the native window when that was made
     double frameInterval = 0.0;
     QElapsedTimer statsTimer;

@@ -1,0 +1,452 @@
+// What the events of a viewport's window, of its container and of the application around it mean to the input
+// state and to the client.
+#include <tarvik/app/VulkanViewport.hpp>
+
+#include <tarvik/app/ViewportClient.hpp>
+#include <tarvik/app/WaylandPointerLock.hpp>
+
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QComboBox>
+#include <QCursor>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPlainTextEdit>
+#include <QTextEdit>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+namespace tarvik::app {
+
+namespace {
+
+constexpr double kClickRadius = 4.0;   // a press that moves farther is a drag
+constexpr double kLookRadius = 50.0;   // how far from the middle the hidden cursor may get
+constexpr double kWarpTolerance = 1.0; // where pixels are scaled, a warp does not land to the point
+constexpr float kWheelNotch = 120.0F;  // in the wheel's own unit, eighths of a degree
+
+constexpr std::array<std::pair<Qt::Key, Key>, 49> kKeys{{
+    {Qt::Key_W, Key::W},          {Qt::Key_A, Key::A},
+    {Qt::Key_S, Key::S},          {Qt::Key_D, Key::D},
+    {Qt::Key_Q, Key::Q},          {Qt::Key_E, Key::E},
+    {Qt::Key_F, Key::F},          {Qt::Key_Up, Key::Up},
+    {Qt::Key_Down, Key::Down},    {Qt::Key_Left, Key::Left},
+    {Qt::Key_Right, Key::Right},  {Qt::Key_Space, Key::Space},
+    {Qt::Key_Shift, Key::Shift},  {Qt::Key_Control, Key::Control},
+    {Qt::Key_Alt, Key::Alt},      {Qt::Key_Escape, Key::Escape},
+    {Qt::Key_Return, Key::Enter}, {Qt::Key_Enter, Key::Enter},
+    {Qt::Key_Tab, Key::Tab},      {Qt::Key_Backspace, Key::Backspace},
+    {Qt::Key_B, Key::B},          {Qt::Key_C, Key::C},
+    {Qt::Key_G, Key::G},          {Qt::Key_H, Key::H},
+    {Qt::Key_I, Key::I},          {Qt::Key_J, Key::J},
+    {Qt::Key_K, Key::K},          {Qt::Key_L, Key::L},
+    {Qt::Key_M, Key::M},          {Qt::Key_N, Key::N},
+    {Qt::Key_O, Key::O},          {Qt::Key_P, Key::P},
+    {Qt::Key_R, Key::R},          {Qt::Key_T, Key::T},
+    {Qt::Key_U, Key::U},          {Qt::Key_V, Key::V},
+    {Qt::Key_X, Key::X},          {Qt::Key_Y, Key::Y},
+    {Qt::Key_Z, Key::Z},          {Qt::Key_0, Key::Num0},
+    {Qt::Key_1, Key::Num1},       {Qt::Key_2, Key::Num2},
+    {Qt::Key_3, Key::Num3},       {Qt::Key_4, Key::Num4},
+    {Qt::Key_5, Key::Num5},       {Qt::Key_6, Key::Num6},
+    {Qt::Key_7, Key::Num7},       {Qt::Key_8, Key::Num8},
+    {Qt::Key_9, Key::Num9},
+}};
+
+std::optional<Key> toKey(int key) {
+    const auto* found = std::ranges::find(kKeys, key, [](const auto& entry) { return int{entry.first}; });
+    return found == kKeys.end() ? std::nullopt : std::optional(found->second);
+}
+
+// The keys that move through a scene; an engaged viewport keeps them from the widgets around it.
+bool isNavigation(int key) {
+    switch (key) {
+    case Qt::Key_W:
+    case Qt::Key_A:
+    case Qt::Key_S:
+    case Qt::Key_D:
+    case Qt::Key_Q:
+    case Qt::Key_E:
+    case Qt::Key_Space:
+    case Qt::Key_Left:
+    case Qt::Key_Up:
+    case Qt::Key_Right:
+    case Qt::Key_Down:
+        return true;
+    default:
+        return false;
+    }
+}
+
+std::optional<MouseButton> toMouseButton(Qt::MouseButton button) {
+    switch (button) {
+    case Qt::LeftButton:
+        return MouseButton::Left;
+    case Qt::RightButton:
+        return MouseButton::Right;
+    case Qt::MiddleButton:
+        return MouseButton::Middle;
+    default:
+        return std::nullopt;
+    }
+}
+
+bool isTextInput(const QWidget* widget) {
+    if (const auto* box = qobject_cast<const QComboBox*>(widget))
+        return box->isEditable();
+    return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget) ||
+           qobject_cast<const QPlainTextEdit*>(widget) || qobject_cast<const QTextEdit*>(widget);
+}
+
+// Keys belong to whoever is being typed into, and to an open menu.
+bool keysAreTaken() {
+    return isTextInput(QApplication::focusWidget()) || QApplication::activePopupWidget() != nullptr;
+}
+
+void takeKey(InputState& state, const QKeyEvent& event) {
+    const auto key = toKey(event.key());
+    if (key && !event.isAutoRepeat())
+        state.setKey(*key, event.type() == QEvent::KeyPress);
+}
+
+glm::vec2 toVec2(QPointF point) {
+    return {static_cast<float>(point.x()), static_cast<float>(point.y())};
+}
+
+} // namespace
+
+void VulkanViewport::setInputContainer(QWidget* widget) {
+    container = widget;
+    if (!widget)
+        return;
+    widget->setAcceptDrops(true);
+    if (pointerLock || qEnvironmentVariableIntValue("TARVIK_POINTER_PASSTHROUGH") == 1) {
+        setFlag(Qt::WindowTransparentForInput);
+        widget->setMouseTracking(true);
+    }
+}
+
+void VulkanViewport::releaseInput() {
+    inputState.releaseAll();
+    stopLooking();
+}
+
+// The input's share of the window's own events; whether the event is done with.
+bool VulkanViewport::takeInput(QEvent* event) {
+    switch (event->type()) {
+    case QEvent::Enter:
+        entered();
+        return false;
+    case QEvent::Leave:
+        left();
+        return false;
+    case QEvent::ShortcutOverride:
+        return overrideShortcut(*static_cast<QKeyEvent*>(event));
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+        return handleDrag(event);
+    default:
+        return false;
+    }
+}
+
+void VulkanViewport::keyPressEvent(QKeyEvent* event) {
+    takeKey(inputState, *event);
+    if (!client.keyPressed(event->key(), event->modifiers()))
+        QWindow::keyPressEvent(event);
+}
+
+void VulkanViewport::keyReleaseEvent(QKeyEvent* event) {
+    takeKey(inputState, *event);
+}
+
+void VulkanViewport::focusOutEvent(QFocusEvent* event) {
+    releaseInput();
+    QWindow::focusOutEvent(event);
+}
+
+void VulkanViewport::mousePressEvent(QMouseEvent* event) {
+    takeFocus();
+    clickEngaged = true;
+    Q_EMIT pointerPressed();
+    const QPointF position = event->position();
+    lastPos = position;
+    if (event->button() == Qt::LeftButton) {
+        pressPos = position;
+        dragged = false;
+        pressConsumed = client.mousePressed(toNdc(position), event->button(), event->modifiers());
+        if (pressConsumed)
+            return;
+    }
+    if (const auto button = toMouseButton(event->button()))
+        inputState.setMouseButton(*button, true);
+    if (event->button() == Qt::RightButton)
+        startLooking();
+}
+
+void VulkanViewport::mouseReleaseEvent(QMouseEvent* event) {
+    if (const auto button = toMouseButton(event->button()))
+        inputState.setMouseButton(*button, false);
+    const glm::vec2 ndc = toNdc(event->position());
+    client.mouseReleased(ndc, event->button());
+    if (event->button() == Qt::RightButton)
+        stopLooking();
+    else if (event->button() == Qt::LeftButton && !std::exchange(pressConsumed, false) && !dragged &&
+             width() >= 1 && height() >= 1)
+        client.clicked(ndc);
+}
+
+void VulkanViewport::mouseMoveEvent(QMouseEvent* event) {
+    const QPointF position = event->position();
+    client.mouseMoved(toNdc(position), event->modifiers());
+    const QPointF motion = motionTo(position);
+    if (!pointerLock || !pointerLock->isActive())
+        inputState.addMouseDelta(toVec2(motion));
+    inputState.setMousePosition(toVec2(position));
+    if (event->buttons().testFlag(Qt::LeftButton) && (position - pressPos).manhattanLength() > kClickRadius)
+        dragged = true;
+    if (looking && warpAvailable && !warpedFrom)
+        warpWhenAstray(position);
+}
+
+void VulkanViewport::wheelEvent(QWheelEvent* event) {
+    inputState.addScroll(static_cast<float>(event->angleDelta().y()) / kWheelNotch);
+}
+
+// On Wayland an embedded window gets no keys, and on X11 none that lets the pointer through. Then they are
+// taken from the window around, which must not have them typed into one of its widgets any more.
+void VulkanViewport::takeFocus() {
+    QWindow* around = topLevelWindow();
+    if (around == this || (warpAvailable && !isPassingThrough())) {
+        requestActivate();
+        return;
+    }
+    if (!around->isActive())
+        around->requestActivate();
+    if (QWidget* focused = QApplication::focusWidget())
+        focused->clearFocus();
+}
+
+// How far the pointer came since the event before.
+QPointF VulkanViewport::motionTo(QPointF position) {
+    const auto distance = [position](QPointF other) {
+        return (position - other).manhattanLength();
+    };
+    if (warpedFrom) {
+        // Moves that were on their way when the cursor was warped still tell of where it was.
+        if (distance(*warpedFrom) < distance(lastPos) &&
+            distance(mapFromGlobal(QCursor::pos())) > kWarpTolerance)
+            return position - std::exchange(*warpedFrom, position);
+        warpedFrom.reset();
+        // The warp's own move
+        if (distance(lastPos) <= kWarpTolerance)
+            lastPos = position;
+    }
+    return position - std::exchange(lastPos, position);
+}
+
+void VulkanViewport::warpWhenAstray(QPointF position) {
+    const QPoint centre(width() / 2, height() / 2);
+    if ((position - centre).manhattanLength() <= kLookRadius)
+        return;
+    QCursor::setPos(mapToGlobal(centre));
+    warpedFrom = std::exchange(lastPos, centre);
+}
+
+void VulkanViewport::startLooking() {
+    looking = true;
+    hideCursor();
+    if (pointerLock)
+        pointerLock->lock();
+}
+
+void VulkanViewport::stopLooking() {
+    if (pointerLock)
+        pointerLock->unlock();
+    if (!std::exchange(looking, false))
+        return;
+    warpedFrom.reset();
+    unsetCursor();
+    if (container)
+        container->unsetCursor();
+}
+
+void VulkanViewport::hideCursor() {
+    setCursor(Qt::BlankCursor);
+    if (container)
+        container->setCursor(Qt::BlankCursor);
+}
+
+bool VulkanViewport::engaged() const {
+    return hovered || clickEngaged || looking;
+}
+
+void VulkanViewport::updateEngagement(bool isHovered, bool isClickEngaged) {
+    const bool was = engaged();
+    hovered = isHovered;
+    clickEngaged = isClickEngaged;
+    if (was && !engaged())
+        inputState.releaseAll();
+}
+
+void VulkanViewport::entered() {
+    hovered = true;
+    if (looking) // the window system may have forgotten
+        hideCursor();
+}
+
+void VulkanViewport::left() {
+    // On Wayland a held button keeps the pointer where it was pressed, so one that leaves is held no more,
+    // and no release will say so.
+    if (!warpAvailable && looking)
+        releaseInput();
+    updateEngagement(false, clickEngaged);
+}
+
+bool VulkanViewport::eventFilter(QObject* watched, QEvent* event) {
+    const QPointer<VulkanViewport> self(this);
+    try {
+        if (watched == container && takeFromContainer(event))
+            return true;
+        switch (event->type()) {
+        case QEvent::MouseButtonPress:
+            if (clickEngaged && watched != this && watched->isWindowType())
+                updateEngagement(hovered, false);
+            break;
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::ShortcutOverride:
+            if (engaged() && isAround(watched) && !keysAreTaken())
+                return takeFromTopLevel(*static_cast<QKeyEvent*>(event));
+            break;
+        case QEvent::FocusOut:
+            // The window that takes over gets the releases, too.
+            if (engaged() && isAround(watched) && QGuiApplication::focusWindow() != this)
+                releaseInput();
+            break;
+        case QEvent::ApplicationDeactivate:
+            releaseInput();
+            break;
+        default:
+            break;
+        }
+    } catch (...) {
+        if (self)
+            fail(std::current_exception());
+        return true;
+    }
+    return QWindow::eventFilter(watched, event);
+}
+
+bool VulkanViewport::isPassingThrough() const {
+    return flags().testFlag(Qt::WindowTransparentForInput);
+}
+
+// What the container gets in the viewport's place; whether the event is done with.
+bool VulkanViewport::takeFromContainer(QEvent* event) {
+    const bool passedThrough = isPassingThrough();
+    switch (event->type()) {
+    case QEvent::Show:
+        if (!warpAvailable)
+            wakeWhenNotExposed();
+        return false;
+    case QEvent::Hide:
+        releaseInput();
+        updateEngagement(false, false);
+        releaseWindow();
+        return false;
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+        return handleDrag(event);
+    case QEvent::Enter:
+        if (passedThrough)
+            entered();
+        return false;
+    case QEvent::Leave:
+        if (passedThrough)
+            left();
+        return false;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        if (passedThrough)
+            mousePressEvent(static_cast<QMouseEvent*>(event));
+        return passedThrough;
+    case QEvent::MouseButtonRelease:
+        if (passedThrough)
+            mouseReleaseEvent(static_cast<QMouseEvent*>(event));
+        return passedThrough;
+    case QEvent::MouseMove:
+        if (passedThrough)
+            mouseMoveEvent(static_cast<QMouseEvent*>(event));
+        return passedThrough;
+    case QEvent::Wheel:
+        if (passedThrough)
+            wheelEvent(static_cast<QWheelEvent*>(event));
+        return passedThrough;
+    default:
+        return false;
+    }
+}
+
+// Keys reach the top level while the keyboard's focus is in one of its widgets, and on Wayland always.
+bool VulkanViewport::takeFromTopLevel(QKeyEvent& event) {
+    if (event.type() == QEvent::ShortcutOverride)
+        return overrideShortcut(event);
+    takeKey(inputState, event);
+    return isNavigation(event.key()) ||
+           (event.type() == QEvent::KeyPress && client.keyPressed(event.key(), event.modifiers()));
+}
+
+// An action on a plain letter must not fire while that letter moves through the scene.
+bool VulkanViewport::overrideShortcut(QKeyEvent& event) const {
+    const bool plain = !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    if (!engaged() || !plain || !isNavigation(event.key()) || keysAreTaken())
+        return false;
+    event.accept();
+    return true;
+}
+
+bool VulkanViewport::handleDrag(QEvent* event) {
+    auto* drop = static_cast<QDropEvent*>(event); // the base of all three
+    if (!drop->mimeData() || !drop->mimeData()->hasUrls())
+        return false;
+    const QList<QUrl> urls = drop->mimeData()->urls();
+    bool accepted = true;
+    if (drop->type() == QEvent::Drop)
+        client.dropped(urls, toNdc(drop->position()));
+    else
+        accepted = client.canDrop(urls);
+    if (accepted)
+        drop->setDropAction(Qt::CopyAction);
+    drop->setAccepted(accepted);
+    return true;
+}
+
+glm::vec2 VulkanViewport::toNdc(QPointF position) const {
+    return {2.0F * static_cast<float>(position.x() / std::max(width(), 1)) - 1.0F,
+            2.0F * static_cast<float>(position.y() / std::max(height(), 1)) - 1.0F};
+}
+
+QWindow* VulkanViewport::topLevelWindow() {
+    QWindow* window = this;
+    while (QWindow* above = window->parent())
+        window = above;
+    return window;
+}
+
+// Whether it is the window that this one is embedded in.
+bool VulkanViewport::isAround(const QObject* object) {
+    return object != this && object == topLevelWindow();
+}
+
+} // namespace tarvik::app

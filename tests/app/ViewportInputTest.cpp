@@ -1,0 +1,417 @@
+#include "IdleClient.hpp"
+#include "Pump.hpp"
+#include "Script.hpp"
+
+#include <tarvik/app/AppContext.hpp>
+#include <tarvik/app/VulkanViewport.hpp>
+
+#include <gtest/gtest.h>
+
+#include <fmt/format.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QDrag>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QProcess>
+#include <QPushButton>
+#include <QWheelEvent>
+
+#include <array>
+
+namespace tarvik::app {
+namespace {
+
+using scripted::script;
+using test::pumpUntil;
+using Names = std::vector<std::string>;
+
+struct InputClient final : bench::IdleClient {
+    Names calls;
+    std::string failing; // the operation that throws
+    glm::vec2 motion{0.0F};
+    float scroll = 0.0F;
+    bool consumesPress = false;
+    bool acceptsDrops = true;
+    int handledKey = 0;
+
+    void note(const std::string& operation, const std::string& details) {
+        calls.push_back(operation + details);
+        if (operation == failing)
+            throw std::runtime_error("no");
+    }
+    void note(const std::string& operation, glm::vec2 ndc) {
+        note(operation, fmt::format(" {:.1f} {:.1f}", ndc.x, ndc.y));
+    }
+    void update(float /*dt*/, const InputState& input, bool /*windowActive*/) override {
+        motion += input.mouseDelta();
+        scroll += input.scroll();
+    }
+    void clicked(glm::vec2 ndc) override { note("clicked", ndc); }
+    bool mousePressed(glm::vec2 ndc, Qt::MouseButton /*button*/, Qt::KeyboardModifiers /*held*/) override {
+        note("pressed", ndc);
+        return consumesPress;
+    }
+    void mouseReleased(glm::vec2 ndc, Qt::MouseButton /*button*/) override { note("released", ndc); }
+    bool canDrop(const QList<QUrl>& /*urls*/) override { return acceptsDrops; }
+    void dropped(const QList<QUrl>& urls, glm::vec2 ndc) override {
+        note(fmt::format("dropped {}", urls.size()), ndc);
+    }
+    bool keyPressed(int key, Qt::KeyboardModifiers /*held*/) override {
+        note("key ", QKeySequence(key).toString().toStdString());
+        return key == handledKey;
+    }
+};
+
+// Real events of the X server for an embedded viewport, with a text field and a button beside it and another
+// window. Positions are in logical pixels, in the viewport unless said otherwise.
+class ViewportInputTest : public ::testing::Test {
+protected:
+    ViewportInputTest() {
+        script() = {};
+        hand_.start("xdotool", {"-"});
+        EXPECT_TRUE(hand_.waitForStarted()) << hand_.errorString().toStdString();
+        window_.setGeometry(30, 30, 400, 400);
+        edit_.setGeometry(0, 0, 400, 40);
+        button_.setGeometry(0, 350, 400, 50);
+        button_.installEventFilter(&keysOfButton_);
+        other_.setGeometry(500, 30, 200, 200);
+        make();
+    }
+
+    ~ViewportInputTest() override {
+        hand_.closeWriteChannel();
+        EXPECT_TRUE(hand_.waitForFinished());
+    }
+
+    void make() {
+        delete container_;
+        viewport_ = new VulkanViewport(context_, client_);
+        container_ = QWidget::createWindowContainer(viewport_, &window_);
+        container_->setGeometry(0, 50, 400, 300);
+        viewport_->setInputContainer(container_);
+        container_->show();
+        other_.show();
+        window_.show();
+        EXPECT_TRUE(pumpUntil([&] { return viewport_->isExposed() && other_.windowHandle()->isExposed(); }));
+        window_.activateWindow();
+        button_.setFocus();
+        moveTo(other_, {50, 50});
+        EXPECT_TRUE(pumpUntil([&] { return button_.hasFocus() && other_.underMouse(); }));
+    }
+
+    void act(const std::string& command) {
+        hand_.write((command + "\n").c_str());
+        hand_.waitForBytesWritten();
+    }
+    void moveTo(const QWidget& widget, QPoint place) {
+        const QPointF pixel = QPointF(widget.mapToGlobal(place)) * widget.devicePixelRatio();
+        act(fmt::format("mousemove {} {}", qRound(pixel.x()), qRound(pixel.y())));
+    }
+    void moveInside(QPoint place = {100, 100}) {
+        moveTo(*container_, place);
+        EXPECT_TRUE(pumpUntil([&] {
+            const glm::vec2 seen = viewport_->input().mousePosition();
+            return (QPointF(seen.x, seen.y) - place).manhattanLength() < 1.0;
+        }));
+    }
+    void expectHeld(Key key, bool held) {
+        EXPECT_TRUE(pumpUntil([&] { return viewport_->input().isHeld(key) == held; }))
+            << static_cast<int>(key);
+    }
+    void expectHeld(MouseButton button, bool held) {
+        EXPECT_TRUE(pumpUntil([&] { return viewport_->input().isHeld(button) == held; }));
+    }
+    [[nodiscard]] bool wasCalled(const std::string& call) const {
+        return std::ranges::find(client_.calls, call) != client_.calls.end();
+    }
+
+    struct KeyCounter final : QObject {
+        Names presses;
+        bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+            if (event->type() == QEvent::KeyPress)
+                presses.push_back(
+                    QKeySequence(static_cast<QKeyEvent*>(event)->key()).toString().toStdString());
+            return false;
+        }
+    };
+
+    QProcess hand_;
+    AppContext context_{AppOptions{}};
+    InputClient client_;
+    QWidget window_;
+    QWidget other_;
+    KeyCounter keysOfButton_;
+    QLineEdit edit_{&window_};
+    QPushButton button_{&window_};
+    QWidget* container_ = nullptr;
+    VulkanViewport* viewport_ = nullptr; // the container's
+};
+
+TEST_F(ViewportInputTest, HoveringTakesKeysExceptFromWhatIsTypedInto) {
+    moveInside();
+    edit_.setFocus();
+    act("key w");
+    EXPECT_TRUE(pumpUntil([&] { return edit_.text() == "w"; }));
+    EXPECT_FALSE(viewport_->input().wasPressed(Key::W));
+    EXPECT_EQ(client_.calls, Names{});
+
+    button_.setFocus();
+    client_.handledKey = Qt::Key_Delete;
+    act("keydown w keyup w keydown f");
+    expectHeld(Key::F, true);
+    EXPECT_FALSE(viewport_->input().isHeld(Key::W));
+    act("keyup f key Delete keydown w");
+    expectHeld(Key::W, true);
+    EXPECT_EQ(client_.calls, (Names{"key F", "key Del"}));
+    EXPECT_EQ(keysOfButton_.presses, Names{"F"});
+
+    moveTo(button_, {5, 5});
+    expectHeld(Key::W, false);
+    act("keyup w");
+}
+
+TEST_F(ViewportInputTest, ShortcutsLoseOnlyTheKeysThatMove) {
+    Names fired;
+    for (const char* keys : {"W", "F", "Ctrl+S", "Alt+W"}) {
+        auto* action = new QAction(&window_);
+        action->setShortcut(QKeySequence(keys));
+        QObject::connect(action, &QAction::triggered, &window_, [&fired, keys] { fired.push_back(keys); });
+        window_.addAction(action);
+    }
+    // Hovered with the focus beside it, then with the focus inside
+    for (const char* press : {"", "click 2"}) {
+        moveInside();
+        act(press);
+        fired.clear();
+        act("key ctrl+s key alt+w key w key f");
+        EXPECT_TRUE(pumpUntil([&] { return !fired.empty() && fired.back() == "F"; }));
+        EXPECT_EQ(fired, (Names{"Ctrl+S", "Alt+W", "F"}));
+    }
+    moveTo(button_, {5, 5});
+    act("click 1 key w");
+    EXPECT_TRUE(pumpUntil([&] { return fired.back() == "W"; }));
+}
+
+TEST_F(ViewportInputTest, AClickHoldsTheKeysUntilAClickElsewhere) {
+    moveInside();
+    act("click 1 keydown d");
+    expectHeld(Key::D, true);
+    moveTo(button_, {5, 5});
+    act("keydown w");
+    expectHeld(Key::W, true);
+    EXPECT_TRUE(viewport_->input().isHeld(Key::D));
+    moveTo(other_, {50, 50});
+    act("click 1");
+    expectHeld(Key::W, false);
+    EXPECT_FALSE(viewport_->input().isHeld(Key::D));
+    act("keyup d keyup w");
+}
+
+TEST_F(ViewportInputTest, NothingStaysHeldWhenTheKeysGoToAnotherWindow) {
+    for (const bool looking : {false, true}) {
+        SCOPED_TRACE(looking);
+        moveInside();
+        act(looking ? "mousedown 3 keydown w" : "keydown w");
+        expectHeld(Key::W, true);
+        EXPECT_EQ(container_->cursor().shape() == Qt::BlankCursor, looking);
+        QDialog dialog;
+        dialog.setGeometry(500, 300, 100, 100);
+        dialog.setModal(true);
+        dialog.show();
+        EXPECT_TRUE(pumpUntil([&] { return dialog.windowHandle()->isExposed(); }));
+        dialog.activateWindow();
+        expectHeld(Key::W, false);
+        EXPECT_FALSE(viewport_->input().isHeld(MouseButton::Right));
+        EXPECT_EQ(container_->cursor().shape(), Qt::ArrowCursor);
+        act("keyup w mouseup 3");
+        dialog.close();
+        window_.activateWindow();
+        EXPECT_TRUE(pumpUntil([&] { return window_.isActiveWindow(); }));
+    }
+}
+
+TEST_F(ViewportInputTest, FourPixelsAreAClickAndFiveADrag) {
+    struct Case {
+        int distance; // in logical pixels
+        bool consumed;
+        bool clicks;
+    };
+    for (const auto& [distance, consumed, clicks] :
+         {Case{0, false, true}, Case{4, false, true}, Case{5, false, false}, Case{0, true, false}}) {
+        SCOPED_TRACE(::testing::Message() << distance << ' ' << consumed);
+        client_.consumesPress = consumed;
+        moveInside({200, 150});
+        client_.calls.clear();
+        act("mousedown 1");
+        EXPECT_TRUE(pumpUntil([&] { return wasCalled("pressed 0.0 0.0"); }));
+        EXPECT_EQ(viewport_->input().isHeld(MouseButton::Left), !consumed);
+        moveInside({200 - distance, 150});
+        moveInside({200, 150});
+        act("mouseup 1");
+        EXPECT_TRUE(pumpUntil([&] { return wasCalled("released 0.0 0.0"); }));
+        EXPECT_EQ(wasCalled("clicked 0.0 0.0"), clicks);
+        EXPECT_FALSE(viewport_->input().isHeld(MouseButton::Left));
+    }
+}
+
+TEST_F(ViewportInputTest, LookingFollowsTheHandWithoutDrift) {
+    moveInside({200, 150});
+    act("mousedown 3");
+    expectHeld(MouseButton::Right, true);
+    EXPECT_EQ(viewport_->cursor().shape(), Qt::BlankCursor);
+    const glm::vec2 start = client_.motion;
+    const auto ratio = static_cast<float>(viewport_->devicePixelRatio());
+    for (int i = 1; i <= 1000; ++i) {
+        act("mousemove_relative 3 1");
+        const float far = 3.0F * static_cast<float>(i) / ratio;
+        ASSERT_TRUE(pumpUntil([&] { return client_.motion.x - start.x > far - 1.0F; }))
+            << i << ": " << client_.motion.x - start.x << " of " << far;
+    }
+    EXPECT_NEAR(client_.motion.x - start.x, 3000.0F / ratio, 1.0F);
+    EXPECT_NEAR(client_.motion.y - start.y, 1000.0F / ratio, 1.0F);
+
+    // Faster than the application looks: what is on its way while the cursor is warped may not throw the
+    // view.
+    const glm::vec2 before = client_.motion;
+    for (int i = 0; i < 500; ++i)
+        act("mousemove_relative 6 0 mousemove_relative -- -6 0");
+    act("mousemove_relative 0 9");
+    EXPECT_TRUE(pumpUntil([&] { return client_.motion.y - before.y > 9.0F / ratio - 1.0F; }));
+    EXPECT_NEAR(client_.motion.x - before.x, 0.0F, 10.0F);
+
+    act("mouseup 3");
+    expectHeld(MouseButton::Right, false);
+    EXPECT_EQ(viewport_->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(ViewportInputTest, TheWheelCountsNotchesAndTheirParts) {
+    moveInside();
+    act("click 4 click 4 click 5");
+    EXPECT_TRUE(pumpUntil([&] { return client_.scroll == 1.0F; }));
+    QWheelEvent fine({5, 5}, {5, 5}, {}, {50, 30}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(viewport_, &fine);
+    EXPECT_EQ(viewport_->input().scroll(), 0.25F);
+}
+
+struct DragSource final : QWidget {
+    QList<QUrl> urls;
+    Qt::DropAction result = Qt::LinkAction;
+    void mousePressEvent(QMouseEvent* /*event*/) override {
+        auto* drag = new QDrag(this);
+        auto* content = new QMimeData;
+        content->setText("text");
+        if (!urls.isEmpty())
+            content->setUrls(urls);
+        drag->setMimeData(content);
+        result = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
+    }
+};
+
+// Waits for a drag to arrive.
+struct DragWatch final : QObject {
+    std::function<void()> arrived;
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::DragEnter)
+            QTimer::singleShot(0, this, arrived);
+        return false;
+    }
+};
+
+TEST_F(ViewportInputTest, DropsOfFilesAreCopies) {
+    const QList<QUrl> files{QUrl("file:///a%20b.lscene"), QUrl("file:///c.lscene")};
+    struct Case {
+        QList<QUrl> urls;
+        bool accepts;
+        Qt::DropAction result;
+    };
+    DragWatch watch;
+    watch.arrived = [this] {
+        act("mouseup 1");
+    };
+    QCoreApplication::instance()->installEventFilter(&watch);
+    for (const auto& [urls, accepts, result] :
+         {Case{files, true, Qt::CopyAction}, Case{files, false, Qt::IgnoreAction},
+          Case{{}, true, Qt::IgnoreAction}}) {
+        SCOPED_TRACE(::testing::Message() << urls.size() << ' ' << accepts);
+        client_.acceptsDrops = accepts;
+        client_.calls.clear();
+        DragSource source;
+        source.setGeometry(500, 300, 100, 100);
+        source.urls = urls;
+        source.show();
+        EXPECT_TRUE(pumpUntil([&] { return source.windowHandle()->isExposed(); }));
+        moveTo(source, {20, 20});
+        act("mousedown 1 mousemove_relative 5 5");
+        moveTo(*container_, {200, 150});
+        EXPECT_TRUE(pumpUntil([&] { return source.result != Qt::LinkAction; }));
+        EXPECT_EQ(source.result, result);
+        EXPECT_EQ(client_.calls, result == Qt::CopyAction ? Names{"dropped 2 0.0 0.0"} : Names{});
+    }
+}
+
+TEST_F(ViewportInputTest, PassThroughHandsOnWhatTheContainerGets) {
+    qputenv("TARVIK_POINTER_PASSTHROUGH", "1");
+    make();
+    qunsetenv("TARVIK_POINTER_PASSTHROUGH");
+    edit_.setFocus();
+    moveInside({200, 150});
+    act("click 1 click 4 mousedown 3 keydown w key f");
+    expectHeld(Key::W, true);
+    EXPECT_TRUE(viewport_->input().isHeld(MouseButton::Right));
+    EXPECT_TRUE(pumpUntil([&] { return client_.scroll == 1.0F && wasCalled("key F"); }));
+    EXPECT_EQ(client_.calls, (Names{"pressed 0.0 0.0", "released 0.0 0.0", "clicked 0.0 0.0", "key F"}));
+    EXPECT_EQ(edit_.text(), "");
+    act("mouseup 3 keyup w");
+    expectHeld(MouseButton::Right, false);
+}
+
+TEST_F(ViewportInputTest, EveryKeyHasItsNumber) {
+    // clang-format off
+    const std::array keys{
+        Qt::Key_W, Qt::Key_A, Qt::Key_S, Qt::Key_D, Qt::Key_Q, Qt::Key_E, Qt::Key_F, Qt::Key_Up, Qt::Key_Down,
+        Qt::Key_Left, Qt::Key_Right, Qt::Key_Space, Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt, Qt::Key_Escape,
+        Qt::Key_Enter, Qt::Key_Tab, Qt::Key_Backspace, Qt::Key_B, Qt::Key_C, Qt::Key_G, Qt::Key_H, Qt::Key_I,
+        Qt::Key_J, Qt::Key_K, Qt::Key_L, Qt::Key_M, Qt::Key_N, Qt::Key_O, Qt::Key_P, Qt::Key_R, Qt::Key_T,
+        Qt::Key_U, Qt::Key_V, Qt::Key_X, Qt::Key_Y, Qt::Key_Z, Qt::Key_0, Qt::Key_1, Qt::Key_2, Qt::Key_3,
+        Qt::Key_4, Qt::Key_5, Qt::Key_6, Qt::Key_7, Qt::Key_8, Qt::Key_9};
+    // clang-format on
+    const auto send = [&](QEvent::Type type, Qt::Key key, bool repeated = false) {
+        QKeyEvent event(type, key, Qt::NoModifier, {}, repeated);
+        QCoreApplication::sendEvent(viewport_, &event);
+    };
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        send(QEvent::KeyPress, keys.at(i));
+        send(QEvent::KeyRelease, keys.at(i), true);
+        for (std::size_t j = 0; j < keys.size(); ++j)
+            EXPECT_EQ(viewport_->input().isHeld(static_cast<Key>(j)), i == j) << i << ' ' << j;
+        send(QEvent::KeyRelease, keys.at(i));
+        send(QEvent::KeyPress, keys.at(i), true);
+        EXPECT_FALSE(viewport_->input().isHeld(static_cast<Key>(i)));
+    }
+    EXPECT_EQ(client_.calls.size(), 2 * keys.size()); // repeats are told, too
+    send(QEvent::KeyPress, Qt::Key_Return);
+    EXPECT_TRUE(viewport_->input().isHeld(Key::Enter));
+}
+
+TEST_F(ViewportInputTest, WhatAClientThrowsEndsInAReason) {
+    for (const char* operation : {"pressed", "released", "clicked", "key "}) {
+        SCOPED_TRACE(operation);
+        make();
+        Names reasons;
+        QObject::connect(viewport_, &VulkanViewport::renderFailed, viewport_,
+                         [&](const QString& reason) { reasons.push_back(reason.toStdString()); });
+        client_.failing = operation;
+        moveInside();
+        act("key f click 1");
+        EXPECT_TRUE(pumpUntil([&] { return !reasons.empty() && !QGuiApplication::mouseButtons(); }));
+        EXPECT_EQ(reasons, Names{"Rendering failed: no"});
+    }
+}
+
+} // namespace
+} // namespace tarvik::app

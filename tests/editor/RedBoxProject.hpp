@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Entities.hpp"
+
+#include <tarvik/project/Project.hpp>
+#include <tarvik/scene/SceneFile.hpp>
+
+#include <filesystem>
+
+namespace tarvik::test {
+
+// A project named "Test" whose scene is one red box at the origin.
+inline void makeRedBoxProject(const std::filesystem::path& root) {
+    auto project = Project::create(root, "Test").value();
+    Scene scene("Main");
+    scene.add(entityOf(Mesh::Cube, {220, 20, 20}));
+    saveScene(scene, project.contentDir() / "Main.lscene").value();
+    project.setDefaultScene("Content/Main.lscene");
+    project.save().value();
+}
+
+} // namespace tarvik::test

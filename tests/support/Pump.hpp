@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+
+namespace tarvik::test {
+
+// Runs the event loop until done() holds or the time is up; returns whether it holds.
+inline bool pumpUntil(const std::function<bool()>& done) {
+    QEventLoop loop;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &loop, [&] {
+        if (done())
+            loop.quit();
+    });
+    look.start(1);
+    QTimer::singleShot(std::chrono::seconds(20), &loop, &QEventLoop::quit);
+    loop.exec();
+    return done();
+}
+
+} // namespace tarvik::test
