@@ -149,8 +149,8 @@ public:
     // An entity.
     double write() {
         return costOf([this] {
-                   benchmark::DoNotOptimize(
-                       render::writeInstances(scene_, kDepthRow, kFocalLength, written_));
+                   benchmark::DoNotOptimize(render::writeInstances(
+                       scene_, {.depthRow = kDepthRow, .focalLength = kFocalLength}, written_));
                }) /
                static_cast<double>(scene_.size());
     }

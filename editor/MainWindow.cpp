@@ -1,8 +1,10 @@
 #include "MainWindow.hpp"
 
+#include "Controls.hpp"
 #include "DisplayText.hpp"
 #include "LogPanel.hpp"
 #include "NewProjectDialog.hpp"
+#include "PictureSaver.hpp"
 #include "SceneTree.hpp"
 #include "Session.hpp"
 #include "StartPage.hpp"
@@ -37,9 +39,11 @@ const char* const kLayoutKey = "mainWindow/layout";
 
 MainWindow::MainWindow(Session& session)
     : session_(session),
+      client_(session.options()),
       pages_(new QStackedWidget),
       startPage_(new StartPage),
-      pane_(new ViewportPane(session.options())) {
+      pane_(new ViewportPane(client_)),
+      pictures_(new PictureSaver(*this, *pane_)) {
     pages_->addWidget(startPage_);
     pages_->addWidget(pane_);
     setCentralWidget(pages_);
@@ -54,6 +58,15 @@ MainWindow::MainWindow(Session& session)
     createHelpMenu();
     createStatusBar();
 
+    connect(sceneTree_, &SceneTree::entityChosen, &client_, &SceneViewClient::select);
+    connect(sceneTree_, &SceneTree::entityActivated, &client_, &SceneViewClient::frameSelection);
+    connect(&client_, &SceneViewClient::entityChosen, sceneTree_, &SceneTree::choose);
+    // Queued: whoever dropped the file waits for the drop to end.
+    connect(&client_, &SceneViewClient::projectDropped, this, &MainWindow::open, Qt::QueuedConnection);
+    connect(&client_, &SceneViewClient::sceneDropped, this, &MainWindow::openScene, Qt::QueuedConnection);
+
+    connect(pictures_, &PictureSaver::failed, this,
+            [this](const QString& problem) { session_.reportFailure(this, problem); });
     session_.watch(*pane_);
     connect(pane_, &ViewportPane::frameRendered, this, [this] { ++framesShown_; });
     connect(pane_, &ViewportPane::renderFailed, this, &MainWindow::clearRenderStatus);
@@ -122,6 +135,13 @@ void MainWindow::createFileMenu() {
     projectActions_ +=
         menu->addAction(tr("&Close Project"), QKeySequence::Close, this, &MainWindow::closeProject);
     menu->addSeparator();
+    projectActions_ += menu->addAction(tr("&Save Picture…"), QKeySequence("Ctrl+Shift+S"), this, [this] {
+        pictures_->askForScene(QString::fromStdString(project_->scene->name()));
+    });
+    projectActions_ += menu->addAction(tr("Save Picture of &Window…"), this, [this] {
+        pictures_->askForWindow(tr("%1 window").arg(projectName()));
+    });
+    menu->addSeparator();
     QAction* quit = menu->addAction(tr("&Quit"), QKeySequence::Quit, this, &MainWindow::close);
     quit->setMenuRole(QAction::QuitRole);
 }
@@ -137,14 +157,17 @@ void MainWindow::createViewMenu() {
     grid->setCheckable(true);
     grid->setChecked(session_.options().grid.value_or(true));
     grid->setShortcut(QKeySequence("Ctrl+G"));
-    connect(grid, &QAction::toggled, this, [this](bool on) { pane_->client().setGrid(on); });
+    connect(grid, &QAction::toggled, this, [this](bool on) { client_.setGrid(on); });
+    // The scene view hears F by itself; as a shortcut it would be missing wherever one types.
+    QAction* frame = menu->addAction(tr("&Frame Selection\tF"), &client_, &SceneViewClient::frameSelection);
     QAction* reset = menu->addAction(tr("&Reset Layout"));
     connect(reset, &QAction::triggered, this, [this] { restoreState(standardLayout_, kLayoutVersion); });
-    projectActions_ += {grid, reset};
+    projectActions_ += {grid, frame, reset};
 }
 
 void MainWindow::createHelpMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&Help"));
+    menu->addAction(tr("&Controls"), QKeySequence::HelpContents, this, [this] { showControls(*this); });
     QAction* about = menu->addAction(tr("&About Tarvik"), this, &MainWindow::showAbout);
     about->setMenuRole(QAction::AboutRole);
 }
@@ -184,8 +207,12 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::open(const QString& folder) {
+    load(folder, session_.options().scene, Viewpoint::New);
+}
+
+void MainWindow::load(const QString& folder, const QString& scene, Viewpoint viewpoint) {
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    auto opened = openProject(app::toPath(folder), session_.options().scene);
+    auto opened = openProject(app::toPath(folder), scene);
     QGuiApplication::restoreOverrideCursor();
     if (!opened) {
         session_.reportFailure(this, QString::fromStdString(opened.error().message));
@@ -197,7 +224,22 @@ void MainWindow::open(const QString& folder) {
     app::AppContext& context = session_.context();
     context.registry.touch(current.project.rootDir(), current.project.name());
     context.saveRecentProjects();
-    showProject(current);
+    showProject(current, viewpoint);
+}
+
+// What is shown stays when the scene cannot be.
+void MainWindow::openScene(const QString& file) {
+    if (!project_)
+        return;
+    auto scene = editor::openScene(project_->project, app::toPath(file));
+    if (!scene) {
+        session_.reportFailure(this, QString::fromStdString(scene.error().message));
+        return;
+    }
+    project_->scene = std::make_shared<const Scene>(*std::move(scene));
+    project_->sceneChoice = file;
+    project_->sceneProblem.clear();
+    showProject(*project_, Viewpoint::New);
 }
 
 void MainWindow::create(const QString& folder, const QString& name) {
@@ -209,19 +251,19 @@ void MainWindow::create(const QString& folder, const QString& name) {
 
 void MainWindow::reload() {
     if (project_)
-        open(app::toQString(project_->project.rootDir()));
+        load(app::toQString(project_->project.rootDir()), project_->sceneChoice, Viewpoint::Kept);
 }
 
 void MainWindow::closeProject() {
     stopRendering();
     project_.reset();
-    pane_->client().setScene(nullptr);
+    client_.setScene(nullptr);
     sceneTree_->setScene(nullptr);
     showStartPage();
 }
 
-void MainWindow::showProject(const OpenedProject& project) {
-    pane_->client().setScene(project.scene);
+void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) {
+    client_.setScene(project.scene, viewpoint);
     sceneTree_->setScene(project.scene);
     setDocksAvailable(true);
     pages_->setCurrentWidget(pane_);
@@ -322,8 +364,11 @@ void MainWindow::setDocksAvailable(bool on) {
 }
 
 void MainWindow::updateTitle() {
-    setWindowTitle(project_ ? tr("%1 – Tarvik").arg(oneLine(QString::fromStdString(project_->project.name())))
-                            : tr("Tarvik"));
+    setWindowTitle(project_ ? tr("%1 – Tarvik").arg(projectName()) : tr("Tarvik"));
+}
+
+QString MainWindow::projectName() const {
+    return project_ ? oneLine(QString::fromStdString(project_->project.name())) : QString();
 }
 
 void MainWindow::showFrameRate() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OpenedProject.hpp"
+#include "SceneViewClient.hpp"
 
 #include <QElapsedTimer>
 #include <QMainWindow>
@@ -16,6 +17,7 @@ class QStackedWidget;
 namespace tarvik::editor {
 
 class LogPanel;
+class PictureSaver;
 class SceneTree;
 class Session;
 class StartPage;
@@ -45,10 +47,12 @@ private:
     void restoreWindowState();
 
     void open(const QString& folder);
+    void load(const QString& folder, const QString& scene, Viewpoint viewpoint);
+    void openScene(const QString& file);
     void create(const QString& folder, const QString& name);
     void reload();
     void closeProject();
-    void showProject(const OpenedProject& project);
+    void showProject(const OpenedProject& project, Viewpoint viewpoint);
     void showStartPage();
     void askForProject();
     void askForNewProject();
@@ -61,13 +65,16 @@ private:
     void setDocksAvailable(bool on);
     void updateTitle();
     void showFrameRate();
+    [[nodiscard]] QString projectName() const; // as one line; empty while none is open
     void showAbout();
 
     Session& session_;
     std::optional<OpenedProject> project_;
+    SceneViewClient client_;
     QStackedWidget* pages_;
     StartPage* startPage_;
     ViewportPane* pane_;
+    PictureSaver* pictures_;
     SceneTree* sceneTree_ = nullptr;
     LogPanel* logPanel_ = nullptr;
     QList<QAction*> projectActions_; // of use only while a project is open

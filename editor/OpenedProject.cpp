@@ -23,17 +23,10 @@ std::expected<std::filesystem::path, Error> sceneFile(const Project& project,
         return makeError("{}: {}", paths::toUtf8(root / scene), error.message());
     const bool inside = std::ranges::mismatch(root, file).in1 == root.end();
     if (!inside || scene.native().find(fs::path::value_type{}) != fs::path::string_type::npos) {
-        return makeError("{}: the scene lies outside the project {}", paths::toUtf8(scene),
-                         paths::toUtf8(project.rootDir()));
+        return makeError("{}: the scene lies outside the project {}; copy it in there first",
+                         paths::toUtf8(scene), paths::toUtf8(project.rootDir()));
     }
     return file;
-}
-
-std::expected<Scene, Error> load(const Project& project, const std::filesystem::path& scene) {
-    const auto file = sceneFile(project, scene);
-    if (!file)
-        return std::unexpected(file.error());
-    return loadScene(*file);
 }
 
 } // namespace
@@ -46,9 +39,9 @@ std::expected<OpenedProject, Error> openProject(const std::filesystem::path& fol
     const std::filesystem::path wanted =
         sceneChoice.isEmpty() ? paths::fromUtf8(project->defaultScene()) : app::toPath(sceneChoice);
 
-    OpenedProject opened{*std::move(project), nullptr, {}};
+    OpenedProject opened{*std::move(project), nullptr, sceneChoice, {}};
     if (!wanted.empty()) {
-        if (auto scene = load(opened.project, wanted))
+        if (auto scene = openScene(opened.project, wanted))
             opened.scene = std::make_shared<const Scene>(*std::move(scene));
         else
             opened.sceneProblem = QString::fromStdString(scene.error().message);
@@ -56,6 +49,13 @@ std::expected<OpenedProject, Error> openProject(const std::filesystem::path& fol
     if (!opened.scene)
         opened.scene = std::make_shared<const Scene>("Empty");
     return opened;
+}
+
+std::expected<Scene, Error> openScene(const Project& project, const std::filesystem::path& scene) {
+    const auto file = sceneFile(project, scene);
+    if (!file)
+        return std::unexpected(file.error());
+    return loadScene(*file);
 }
 
 } // namespace tarvik::editor

@@ -15,11 +15,16 @@ namespace tarvik::editor {
 struct OpenedProject {
     Project project;
     std::shared_ptr<const Scene> scene; // never null
+    QString sceneChoice;                // that was asked for
     QString sceneProblem;               // why the scene is empty although the project names one
 };
 
 // sceneChoice, relative to the project, is shown instead of the default scene; empty for the default.
 [[nodiscard]] std::expected<OpenedProject, Error> openProject(const std::filesystem::path& folder,
                                                               const QString& sceneChoice);
+
+// The file, relative to the project or absolute, must lie in the project.
+[[nodiscard]] std::expected<Scene, Error> openScene(const Project& project,
+                                                    const std::filesystem::path& file);
 
 } // namespace tarvik::editor

@@ -5,17 +5,21 @@
 #include "ViewportPane.hpp"
 
 #include <tarvik/app/Paths.hpp>
+#include <tarvik/app/VulkanViewport.hpp>
 
 #include <QShortcut>
 
 namespace tarvik::editor {
 
-PlayWindow::PlayWindow(Session& session) : session_(session), pane_(new ViewportPane(session.options())) {
+PlayWindow::PlayWindow(Session& session)
+    : session_(session),
+      client_(session.options()),
+      pane_(new ViewportPane(client_)) {
     setCentralWidget(pane_);
     resize(1280, 720);
     auto* escape = new QShortcut(QKeySequence::Cancel, this);
     escape->setContext(Qt::ApplicationShortcut);
-    connect(escape, &QShortcut::activated, this, &PlayWindow::close);
+    connect(escape, &QShortcut::activated, this, &PlayWindow::escape);
 
     session.watch(*pane_);
     connect(&session, &Session::contextAboutToChange, pane_, &ViewportPane::stop);
@@ -34,9 +38,19 @@ void PlayWindow::play() {
         return;
     }
     setWindowTitle(QString::fromStdString(opened->project.name()));
-    pane_->client().setScene(opened->scene);
+    client_.setScene(opened->scene);
     session_.show(*this);
     pane_->start(session_.context());
+    pane_->setFocus();
+}
+
+// Frees the mouse first, then ends the game.
+void PlayWindow::escape() {
+    app::VulkanViewport* viewport = pane_->viewport();
+    if (viewport != nullptr && viewport->input().isHeld(MouseButton::Right))
+        viewport->releaseInput();
+    else
+        close();
 }
 
 } // namespace tarvik::editor

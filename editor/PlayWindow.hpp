@@ -1,5 +1,7 @@
 #pragma once
 
+#include "GameViewClient.hpp"
+
 #include <QMainWindow>
 
 namespace tarvik::editor {
@@ -19,7 +21,10 @@ public:
     void play();
 
 private:
+    void escape();
+
     Session& session_;
+    GameViewClient client_;
     ViewportPane* pane_;
 };
 

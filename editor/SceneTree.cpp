@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QSortFilterProxyModel>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -77,39 +78,74 @@ private:
     std::vector<QString> kinds_;
 };
 
-SceneTree::SceneTree(QWidget* parent) : QWidget(parent), model_(new SceneModel(this)) {
-    auto* filtered = new QSortFilterProxyModel(this);
-    filtered->setSourceModel(model_);
-    filtered->setFilterCaseSensitivity(Qt::CaseInsensitive);
+SceneTree::SceneTree(QWidget* parent)
+    : QWidget(parent),
+      model_(new SceneModel(this)),
+      filtered_(new QSortFilterProxyModel(this)),
+      view_(new QTreeView) {
+    filtered_->setSourceModel(model_);
+    filtered_->setFilterCaseSensitivity(Qt::CaseInsensitive);
 
     auto* filter = new QLineEdit;
     filter->setPlaceholderText(tr("Filter by name"));
     filter->setAccessibleName(tr("Filter entities by name"));
     filter->setClearButtonEnabled(true);
-    connect(filter, &QLineEdit::textChanged, filtered, &QSortFilterProxyModel::setFilterFixedString);
+    connect(filter, &QLineEdit::textChanged, this, [this](const QString& text) {
+        const QScopedValueRollback guard(showing_, true);
+        filtered_->setFilterFixedString(text);
+        showChosen();
+    });
 
-    auto* view = new QTreeView;
-    view->setModel(filtered);
-    view->setAccessibleName(tr("Entities of the scene"));
-    view->setRootIsDecorated(false);
-    view->setUniformRowHeights(true);
-    view->setAlternatingRowColors(true);
-    view->setFrameShape(QFrame::NoFrame);
-    view->header()->setStretchLastSection(false);
-    view->header()->setSectionResizeMode(SceneModel::Name, QHeaderView::Stretch);
-    view->header()->setSectionResizeMode(SceneModel::Kind, QHeaderView::Fixed);
-    view->header()->resizeSection(SceneModel::Kind,
-                                  view->fontMetrics().horizontalAdvance(tr("Directional light")) + 16);
+    view_->setModel(filtered_);
+    view_->setAccessibleName(tr("Entities of the scene"));
+    view_->setRootIsDecorated(false);
+    view_->setUniformRowHeights(true);
+    view_->setAlternatingRowColors(true);
+    view_->setFrameShape(QFrame::NoFrame);
+    view_->header()->setStretchLastSection(false);
+    view_->header()->setSectionResizeMode(SceneModel::Name, QHeaderView::Stretch);
+    view_->header()->setSectionResizeMode(SceneModel::Kind, QHeaderView::Fixed);
+    view_->header()->resizeSection(SceneModel::Kind,
+                                   view_->fontMetrics().horizontalAdvance(tr("Directional light")) + 16);
+    connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SceneTree::takeChosen);
+    connect(view_, &QTreeView::activated, this, &SceneTree::entityActivated);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
     layout->setSpacing(6);
     layout->addWidget(filter);
-    layout->addWidget(view);
+    layout->addWidget(view_);
 }
 
 void SceneTree::setScene(std::shared_ptr<const Scene> scene) {
+    chosen_.reset();
+    const QScopedValueRollback guard(showing_, true);
     model_->setScene(std::move(scene));
+}
+
+void SceneTree::choose(std::optional<std::size_t> entity) {
+    chosen_ = entity;
+    showChosen();
+}
+
+void SceneTree::showChosen() {
+    const QScopedValueRollback guard(showing_, true);
+    const QModelIndex index =
+        chosen_ ? filtered_->mapFromSource(model_->index(static_cast<int>(*chosen_), 0)) : QModelIndex();
+    if (index.isValid())
+        view_->setCurrentIndex(index);
+    else
+        view_->selectionModel()->clear();
+}
+
+void SceneTree::takeChosen() {
+    if (showing_)
+        return;
+    const QModelIndexList rows = view_->selectionModel()->selectedRows();
+    chosen_.reset();
+    if (!rows.isEmpty())
+        chosen_ = static_cast<std::size_t>(filtered_->mapToSource(rows.front()).row());
+    Q_EMIT entityChosen(chosen_);
 }
 
 } // namespace tarvik::editor

@@ -1,107 +1,27 @@
 #include "SceneViewClient.hpp"
 
-#include "CommandLine.hpp"
-
-#include <glm/geometric.hpp>
-#include <glm/gtc/constants.hpp>
-#include <glm/gtc/quaternion.hpp>
-
-#include <algorithm>
-#include <cmath>
+#include <tarvik/app/AppOptions.hpp>
+#include <tarvik/scene/Picking.hpp>
 
 namespace tarvik::editor {
-namespace {
 
-constexpr glm::vec3 kUp{0.0F, 1.0F, 0.0F};
-constexpr float kTurnSeconds = 75.0F; // one full circle
-constexpr float kOutside = 2.2F;      // in radii of the bounds
-
-struct Sphere {
-    glm::vec3 centre{0.0F};
-    float radius = 4.0F;
-};
-
-// Where the things are that one wants to see. Planes are left out: a wide ground would push the camera away.
-Sphere boundsOf(const Scene& scene) {
-    glm::vec3 low{0.0F};
-    glm::vec3 high{0.0F};
-    bool any = false;
-    for (std::size_t i = 0; i < scene.size(); ++i) {
-        const Mesh mesh = scene.meshes()[i];
-        if (mesh == Mesh::None || mesh == Mesh::Plane)
-            continue;
-        const Transform& transform = scene.transforms()[i];
-        const glm::vec3 reach(0.5F * glm::length(transform.scale));
-        low = any ? glm::min(low, transform.position - reach) : transform.position - reach;
-        high = any ? glm::max(high, transform.position + reach) : transform.position + reach;
-        any = true;
-    }
-    if (!any)
-        return {};
-    return {0.5F * (low + high), std::max(0.5F * glm::length(high - low), 0.5F)};
-}
-
-glm::vec3 turned(const glm::vec3& arm, float angle) {
-    return glm::angleAxis(angle, kUp) * arm;
-}
-
-// A camera that looks straight up or down has no horizon to keep: tilt it a little.
-glm::vec3 tilted(const glm::vec3& eye, const glm::vec3& target) {
-    const glm::vec3 arm = eye - target;
-    const float length = glm::length(arm);
-    if (std::hypot(arm.x, arm.z) > 0.001F * length)
-        return eye;
-    return eye + glm::vec3(0.0F, 0.0F, std::max(0.002F * length, 0.01F));
-}
-
-} // namespace
-
-SceneViewClient::SceneViewClient(const app::AppOptions& options)
-    : chosenEye_(parsePoint(options.cameraEye)),
-      chosenTarget_(parsePoint(options.cameraTarget)),
-      play_(options.play),
-      still_(options.still) {
+SceneViewClient::SceneViewClient(const app::AppOptions& options) : camera_(options) {
     settings_.grid = options.grid.value_or(true);
-    settings_.finalPicture = play_ && !options.grid.value_or(false);
-    placeCamera();
 }
 
-void SceneViewClient::setScene(std::shared_ptr<const Scene> scene) {
+void SceneViewClient::setScene(std::shared_ptr<const Scene> scene, Viewpoint viewpoint) {
     scene_ = std::move(scene);
-    placeCamera();
+    settings_.selected.reset();
+    camera_.show(scene_.get(), viewpoint);
 }
 
-void SceneViewClient::placeCamera() {
-    const Sphere bounds = scene_ ? boundsOf(*scene_) : Sphere{};
-    target_ = bounds.centre;
-    lens_ = {};
-    eye_ = bounds.centre + kOutside * bounds.radius * glm::normalize(glm::vec3(0.8F, 0.5F, 1.0F));
-    circling_ = !still_;
-    angle_ = 0.0F;
-    if (scene_ && !scene_->cameras().empty()) {
-        const auto& [entity, camera] = scene_->cameras().front();
-        const Transform& place = scene_->transforms()[entity];
-        const glm::vec3 forward = place.rotation * glm::vec3(0.0F, 0.0F, -1.0F);
-        // The point the camera looks at that is nearest to the middle of things.
-        const float distance = glm::dot(bounds.centre - place.position, forward);
-        eye_ = place.position;
-        target_ = eye_ + std::max(distance, 1.0F) * forward;
-        lens_ = camera;
-        circling_ = circling_ && !play_;
-    }
-    eye_ = chosenEye_.value_or(eye_);
-    target_ = chosenTarget_.value_or(target_);
-    if (glm::distance(eye_, target_) < 0.001F)
-        eye_ = target_ + glm::vec3(0.0F, 0.0F, 1.0F);
-    eye_ = tilted(eye_, target_);
-    // A camera placed within the scene would circle through walls and trees: move out on the way.
-    const float outside = chosenEye_ ? 0.0F : kOutside * bounds.radius;
-    farFactor_ = std::max(outside / glm::distance(eye_, target_), 1.0F);
+void SceneViewClient::frameSelection() {
+    if (scene_)
+        camera_.frame(settings_.selected ? boundsOf(*scene_, *settings_.selected) : boundsOf(*scene_));
 }
 
-void SceneViewClient::update(float dt, const InputState&, bool) {
-    if (circling_)
-        angle_ = std::fmod(angle_ + dt * glm::two_pi<float>() / kTurnSeconds, glm::two_pi<float>());
+void SceneViewClient::update(float dt, const InputState& input, bool windowActive) {
+    camera_.update(dt, input, windowActive);
 }
 
 const Scene* SceneViewClient::activeScene() {
@@ -109,33 +29,51 @@ const Scene* SceneViewClient::activeScene() {
 }
 
 CameraView SceneViewClient::cameraView(float aspect) {
-    const float otherSide = std::pow(std::sin(0.5F * angle_), 2.0F);
-    const glm::vec3 arm = std::lerp(1.0F, farFactor_, otherSide) * turned(eye_ - target_, angle_);
-    return lookAt(target_ + arm, target_, lens_.fovY, aspect, lens_.nearPlane);
+    return camera_.view(aspect);
 }
 
 render::RenderSettings SceneViewClient::renderSettings() {
     return settings_;
 }
 
-void SceneViewClient::clicked(glm::vec2) {}
+void SceneViewClient::clicked(glm::vec2 ndc) {
+    if (!scene_ || camera_.ownsLeftButton())
+        return;
+    const auto hit = pick(*scene_, rayThrough(camera_.seen(), ndc));
+    if (hit == settings_.selected)
+        return;
+    select(hit);
+    Q_EMIT entityChosen(hit);
+}
 
-bool SceneViewClient::mousePressed(glm::vec2, Qt::MouseButton, Qt::KeyboardModifiers) {
+bool SceneViewClient::mousePressed(glm::vec2 ndc, Qt::MouseButton, Qt::KeyboardModifiers modifiers) {
+    camera_.pointerAt(ndc, modifiers);
     return false;
 }
 
-void SceneViewClient::mouseMoved(glm::vec2, Qt::KeyboardModifiers) {}
+void SceneViewClient::mouseMoved(glm::vec2 ndc, Qt::KeyboardModifiers modifiers) {
+    camera_.pointerAt(ndc, modifiers);
+}
 
 void SceneViewClient::mouseReleased(glm::vec2, Qt::MouseButton) {}
 
-bool SceneViewClient::canDrop(const QList<QUrl>&) {
-    return false;
+bool SceneViewClient::canDrop(const QList<QUrl>& urls) {
+    return drag_.kindOf(urls) != DropKind::Nothing;
 }
 
-void SceneViewClient::dropped(const QList<QUrl>&, glm::vec2) {}
+void SceneViewClient::dropped(const QList<QUrl>& urls, glm::vec2) {
+    const SceneDrop drop = sceneDropOf(urls);
+    if (drop.kind == DropKind::Project)
+        Q_EMIT projectDropped(drop.path);
+    else if (drop.kind == DropKind::Scene)
+        Q_EMIT sceneDropped(drop.path);
+}
 
-bool SceneViewClient::keyPressed(int, Qt::KeyboardModifiers) {
-    return false;
+bool SceneViewClient::keyPressed(int key, Qt::KeyboardModifiers modifiers) {
+    if (key != Qt::Key_F || modifiers != Qt::NoModifier)
+        return false;
+    frameSelection();
+    return true;
 }
 
 } // namespace tarvik::editor

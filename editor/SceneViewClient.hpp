@@ -1,27 +1,31 @@
 #pragma once
 
+#include "CameraControls.hpp"
+#include "SceneDrop.hpp"
+
 #include <tarvik/app/ViewportClient.hpp>
 
-#include <glm/vec3.hpp>
+#include <QObject>
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 
-namespace tarvik::app {
-struct AppOptions;
-}
-
 namespace tarvik::editor {
 
-// Shows a scene through a camera that slowly circles it, or, when the game is played, through the scene's own
-// camera.
-class SceneViewClient final : public app::ViewportClient {
+// The scene in the editor: the user moves the camera, selects entities and drops files on it.
+class SceneViewClient final : public QObject, public app::ViewportClient {
+    Q_OBJECT
+
 public:
     explicit SceneViewClient(const app::AppOptions& options);
 
-    // Null shows an empty scene.
-    void setScene(std::shared_ptr<const Scene> scene);
+    // Null shows an empty scene. Nothing is selected any more, without a signal.
+    void setScene(std::shared_ptr<const Scene> scene, Viewpoint viewpoint = Viewpoint::New);
     void setGrid(bool on) { settings_.grid = on; }
+    void select(std::optional<std::size_t> entity) { settings_.selected = entity; }
+    // Looks at the selected entity, or at the whole scene when nothing is selected.
+    void frameSelection();
 
     void update(float dt, const InputState& input, bool windowActive) override;
     const Scene* activeScene() override;
@@ -35,23 +39,17 @@ public:
     void dropped(const QList<QUrl>& urls, glm::vec2 ndc) override;
     bool keyPressed(int key, Qt::KeyboardModifiers modifiers) override;
 
-private:
-    void placeCamera();
+Q_SIGNALS:
+    // The user has selected another entity, or none.
+    void entityChosen(std::optional<std::size_t> entity);
+    void projectDropped(const QString& folder);
+    void sceneDropped(const QString& file);
 
+private:
     std::shared_ptr<const Scene> scene_;
     render::RenderSettings settings_;
-    std::optional<glm::vec3> chosenEye_;
-    std::optional<glm::vec3> chosenTarget_;
-    bool play_;
-    bool still_;
-    bool circling_ = true;
-
-    // The camera's start; it circles the target from there.
-    glm::vec3 eye_{0.0F};
-    glm::vec3 target_{0.0F};
-    Camera lens_;
-    float farFactor_ = 1.0F; // how much farther away the camera is on the circle's other side
-    float angle_ = 0.0F;     // radians
+    CameraControls camera_;
+    DragMemory drag_;
 };
 
 } // namespace tarvik::editor

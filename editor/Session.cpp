@@ -1,10 +1,12 @@
 #include "Session.hpp"
 
+#include "PictureFile.hpp"
 #include "RenderFailurePanel.hpp"
 #include "ViewportPane.hpp"
-#include "WindowPicture.hpp"
 
 #include <tarvik/app/Paths.hpp>
+#include <tarvik/app/Snapshot.hpp>
+#include <tarvik/app/VulkanViewport.hpp>
 #include <tarvik/core/ConsoleSink.hpp>
 #include <tarvik/core/JsonFile.hpp>
 #include <tarvik/core/Log.hpp>
@@ -12,7 +14,6 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QGuiApplication>
-#include <QImageWriter>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -112,20 +113,18 @@ void Session::countFrame(ViewportPane& pane) {
 
 void Session::complete(ViewportPane& pane) {
     if (!options_.screenshotFile.isEmpty()) {
-        if (const QString problem = writePicture(pane); !problem.isEmpty()) {
-            reportFailure(nullptr, QString("--screenshot: %1: %2").arg(options_.screenshotFile, problem));
+        if (const auto taken = takeScreenshot(pane); !taken) {
+            reportFailure(nullptr, "--screenshot: " + QString::fromStdString(taken.error().message));
             return;
         }
     }
     end(ExitStatus::Done);
 }
 
-QString Session::writePicture(ViewportPane& pane) const {
-    const QImage picture = windowPicture(*pane.window(), pane);
-    if (picture.isNull())
-        return tr("the scene could not be captured");
-    QImageWriter writer(options_.screenshotFile);
-    return writer.write(picture) ? QString() : writer.errorString();
+std::expected<void, Error> Session::takeScreenshot(ViewportPane& pane) const {
+    if (pane.viewport() == nullptr || pane.viewport()->hasFailed())
+        return makeError("{}: the scene could not be captured", options_.screenshotFile.toStdString());
+    return writePicture(app::snapshotWidget(pane.window()), options_.screenshotFile);
 }
 
 void Session::giveUp() {

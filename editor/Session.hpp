@@ -58,7 +58,7 @@ private:
     void giveUp();
     void end(ExitStatus status);
     void tell(const std::string& problem) const;
-    [[nodiscard]] QString writePicture(ViewportPane& pane) const;
+    [[nodiscard]] std::expected<void, Error> takeScreenshot(ViewportPane& pane) const;
 
     app::AppOptions options_;
     QElapsedTimer sinceStart_;

@@ -3,15 +3,14 @@
 #include "RenderFailurePanel.hpp"
 
 #include <tarvik/app/AppContext.hpp>
+#include <tarvik/app/Snapshot.hpp>
 #include <tarvik/app/VulkanViewport.hpp>
 
 #include <QVBoxLayout>
 
 namespace tarvik::editor {
 
-ViewportPane::ViewportPane(const app::AppOptions& options, QWidget* parent)
-    : QWidget(parent),
-      client_(options) {
+ViewportPane::ViewportPane(app::ViewportClient& client, QWidget* parent) : QWidget(parent), client_(client) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     setMinimumSize(160, 120);
@@ -51,6 +50,7 @@ void ViewportPane::start(app::AppContext& context) {
     container_->setFocusPolicy(Qt::StrongFocus);
     container_->setAccessibleName(tr("Scene view"));
     viewport_->setInputContainer(container_);
+    app::registerViewportContainer(container_, viewport_);
     show(container_);
 }
 
@@ -71,6 +71,7 @@ void ViewportPane::show(QWidget* content) {
     delete content_;
     content_ = content;
     layout()->addWidget(content);
+    setFocusProxy(content);
     content->show();
 }
 

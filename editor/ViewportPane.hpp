@@ -1,12 +1,11 @@
 #pragma once
 
-#include "SceneViewClient.hpp"
-
 #include <QPointer>
 #include <QWidget>
 
 namespace tarvik::app {
 class AppContext;
+class ViewportClient;
 class VulkanViewport;
 } // namespace tarvik::app
 
@@ -17,10 +16,9 @@ class ViewportPane final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit ViewportPane(const app::AppOptions& options, QWidget* parent = nullptr);
+    // The client is borrowed.
+    explicit ViewportPane(app::ViewportClient& client, QWidget* parent = nullptr);
     ~ViewportPane() override;
-
-    [[nodiscard]] SceneViewClient& client() { return client_; }
 
     // The context is borrowed until stop().
     void start(app::AppContext& context);
@@ -39,7 +37,7 @@ private:
     void showFailure(const QString& reason);
     void show(QWidget* content);
 
-    SceneViewClient client_;
+    app::ViewportClient& client_;
     QPointer<QWidget> content_;
     QPointer<QWidget> container_;
     QPointer<app::VulkanViewport> viewport_; // owned by its container

@@ -166,7 +166,7 @@ void FrameStream::grow(VkDeviceSize size) {
     device_.vk.vkUpdateDescriptorSets(device_.handle, 1, &write, 0, nullptr);
 }
 
-void FrameStream::write(const Scene& scene, const CameraView& view) {
+void FrameStream::write(const Scene& scene, const CameraView& view, const RenderSettings& settings) {
     const std::size_t count = instanceCount(scene);
     // Never none: a vertex buffer cannot be bound at its end.
     const VkDeviceSize needed = kInstanceOffset + std::max<std::size_t>(count, 1) * sizeof(Instance);
@@ -175,7 +175,10 @@ void FrameStream::write(const Scene& scene, const CameraView& view) {
 
     const FrameData data = describe(scene, view);
     std::memcpy(buffer_.data(), &data, sizeof data);
-    ranges_ = writeInstances(scene, glm::row(data.viewProjection, 3), std::abs(view.projection[1][1]),
+    const Onlooker onlooker{.depthRow = glm::row(data.viewProjection, 3),
+                            .focalLength = std::abs(view.projection[1][1]),
+                            .selected = settings.finalPicture ? std::nullopt : settings.selected};
+    ranges_ = writeInstances(scene, onlooker,
                              {reinterpret_cast<Instance*>(buffer_.data() + kInstanceOffset), count});
 }
 

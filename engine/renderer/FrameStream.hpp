@@ -3,6 +3,7 @@
 #include "InstanceStream.hpp"
 #include "Memory.hpp"
 
+#include <tarvik/renderer/Renderer.hpp>
 #include <tarvik/scene/CameraView.hpp>
 
 namespace tarvik::render {
@@ -16,7 +17,7 @@ class FrameStream final {
 public:
     explicit FrameStream(const rhi::Device& device);
 
-    void write(const Scene& scene, const CameraView& view);
+    void write(const Scene& scene, const CameraView& view, const RenderSettings& settings);
 
     [[nodiscard]] VkBuffer buffer() const { return buffer_.get(); }
     [[nodiscard]] VkDescriptorSet frameSet() const { return set_; }

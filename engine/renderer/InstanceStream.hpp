@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 // The only work of a frame that grows with the scene.
@@ -37,10 +38,17 @@ using InstanceRanges = std::array<InstanceRange, kMeshCount>;
 // usual window: on a circle smaller than that the coarse form's corners do not show.
 inline constexpr float kDetailedSize = 0.08F;
 
+// Sizes on the picture, in half heights, are those in the world times the focal length, over what the depth
+// row makes of the place.
+struct Onlooker {
+    glm::vec4 depthRow; // the last row of the view-projection
+    float focalLength;
+    std::optional<std::size_t> selected = std::nullopt; // the entity that is tinted
+};
+
 // Writes the entities that have a mesh, grouped by mesh and detail, in one pass. There is room for
-// instanceCount(). Sizes on the picture are those in the world times the focal length, half heights a metre,
-// over what depthRow, the last row of the view-projection, makes of the place.
-TARVIK_RENDERER_API InstanceRanges writeInstances(const Scene& scene, const glm::vec4& depthRow,
-                                                  float focalLength, std::span<Instance> instances);
+// instanceCount().
+TARVIK_RENDERER_API InstanceRanges writeInstances(const Scene& scene, const Onlooker& onlooker,
+                                                  std::span<Instance> instances);
 
 } // namespace tarvik::render

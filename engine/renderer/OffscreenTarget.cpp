@@ -26,7 +26,7 @@ OffscreenTarget::OffscreenTarget(const rhi::Device& device, VkExtent2D extent)
 void OffscreenTarget::record(SceneDrawer& drawer, const Scene& scene, const CameraView& view,
                              const RenderSettings& settings) {
     const auto& vk = device_.vk;
-    stream_.write(scene, view);
+    stream_.write(scene, view, settings);
     commands_.begin(device_);
     drawer.record(commands_.handle, attachments_,
                   {image_.get(), image_.view(), VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL}, stream_, settings);

@@ -195,7 +195,7 @@ rhi::ImageOutcome PresentTarget::Impl::noted(rhi::ImageOutcome outcome) {
 
 void PresentTarget::Impl::record(Frame& frame, SceneDrawer& drawer, const Scene& scene,
                                  const CameraView& view, const RenderSettings& settings) {
-    frame.stream.write(scene, view);
+    frame.stream.write(scene, view, settings);
     frame.commands.begin(device_);
     const auto& image = swapchain.impl().currentImage();
     drawer.record(frame.commands.handle, attachments_,

@@ -17,20 +17,27 @@ glm::vec3 upFor(const glm::vec3& forward) {
     return {0.0F, 0.0F, forward.y > 0.0F ? 1.0F : -1.0F};
 }
 
+glm::mat4 perspective(float fovY, float aspect, float nearPlane) {
+    const float focal = 1.0F / std::tan(fovY / 2.0F);
+    glm::mat4 projection(0.0F);
+    projection[0][0] = focal / aspect;
+    projection[1][1] = -focal;
+    projection[2][3] = -1.0F;
+    projection[3][2] = nearPlane;
+    return projection;
+}
+
 } // namespace
 
 CameraView lookAt(const glm::vec3& eye, const glm::vec3& target, float fovY, float aspect, float nearPlane) {
     const glm::vec3 forward = glm::normalize(target - eye);
-    const float focal = 1.0F / std::tan(fovY / 2.0F);
-    CameraView camera;
-    camera.position = eye;
-    camera.view = glm::lookAtRH(eye, target, upFor(forward));
-    camera.projection = glm::mat4(0.0F);
-    camera.projection[0][0] = focal / aspect;
-    camera.projection[1][1] = -focal;
-    camera.projection[2][3] = -1.0F;
-    camera.projection[3][2] = nearPlane;
-    return camera;
+    return {glm::lookAtRH(eye, target, upFor(forward)), perspective(fovY, aspect, nearPlane), eye};
+}
+
+CameraView lookAlong(const glm::vec3& eye, const glm::quat& orientation, float fovY, float aspect,
+                     float nearPlane) {
+    const glm::mat4 turned = glm::mat4_cast(glm::conjugate(orientation));
+    return {glm::translate(turned, -eye), perspective(fovY, aspect, nearPlane), eye};
 }
 
 } // namespace tarvik

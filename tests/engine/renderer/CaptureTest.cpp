@@ -141,6 +141,15 @@ TEST_F(CaptureTest, TheFinalPictureHasNoGrid) {
     EXPECT_EQ(capture(scene, {160, 90}, eye, {.finalPicture = true, .grid = true}).pixels, plain);
 }
 
+TEST_F(CaptureTest, TheFinalPictureDoesNotShowWhatIsSelected) {
+    Scene scene("cube");
+    scene.add(entityOf(Mesh::Cube, kGreen));
+    const auto plain = capture(scene, {16, 16}).pixels;
+    const glm::vec3 eye{0.0F, 0.0F, 3.0F};
+    EXPECT_NE(capture(scene, {16, 16}, eye, {.grid = false, .selected = 0}).pixels, plain);
+    EXPECT_EQ(capture(scene, {16, 16}, eye, {.finalPicture = true, .selected = 0}).pixels, plain);
+}
+
 TEST_F(CaptureTest, AnImpossibleSizeIsAnErrorThatNamesSizeAndLimit) {
     const Scene scene("empty");
     const std::uint32_t limit = context_->impl().device.properties.limits.maxImageDimension2D;

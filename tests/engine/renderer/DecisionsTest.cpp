@@ -90,11 +90,39 @@ TEST(InstanceStreamTest, DetailFollowsTheSizeOnThePictureWhateverTheProjection) 
         Scene scene("one");
         scene.add(entity);
         render::Instance instance;
-        const auto ranges = render::writeInstances(scene, glm::row(view.projection, 3),
-                                                   std::abs(view.projection[1][1]), {&instance, 1});
+        const auto ranges = render::writeInstances(
+            scene, {.depthRow = glm::row(view.projection, 3), .focalLength = std::abs(view.projection[1][1])},
+            {&instance, 1});
         EXPECT_EQ(ranges[static_cast<std::size_t>(Mesh::Sphere)].nearCount, detailed)
             << position.x << ", " << position.z;
     }
+}
+
+TEST(InstanceStreamTest, TintsTheSelectedEntityAlone) {
+    Scene scene("five of each");
+    for (int i = 0; i < 25; ++i) {
+        Entity entity;
+        entity.mesh = static_cast<Mesh>(i % 5);
+        entity.transform.position.x = i < 10 ? 1.0F : 1000.0F; // near, or far
+        entity.colour = {0, 0, static_cast<std::uint8_t>(i)};
+        scene.add(entity);
+    }
+    const auto tinted = [&](std::optional<std::size_t> selected) {
+        std::vector<render::Instance> instances(render::instanceCount(scene));
+        render::writeInstances(
+            scene, {.depthRow = {1.0F, 0.0F, 0.0F, 0.0F}, .focalLength = 2.0F, .selected = selected},
+            instances);
+        std::vector<float> places;
+        for (const auto& instance : instances)
+            if (instance.colour[0] != 0)
+                places.push_back(instance.position[0]);
+        return places;
+    };
+    EXPECT_EQ(tinted(6), std::vector{1.0F});
+    EXPECT_EQ(tinted(24), std::vector{1000.0F});
+    EXPECT_TRUE(tinted(5).empty()) << "has no mesh";
+    EXPECT_TRUE(tinted(25).empty()) << "does not exist";
+    EXPECT_TRUE(tinted(std::nullopt).empty());
 }
 
 } // namespace

@@ -9,9 +9,11 @@
 
 #include <vulkan/vulkan_core.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <expected>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace tarvik::render {
@@ -27,6 +29,8 @@ struct RenderSettings {
     bool finalPicture = false;
     // The fading ground grid, an editor overlay.
     bool grid = true;
+    // This entity is drawn tinted, an editor overlay.
+    std::optional<std::size_t> selected = std::nullopt;
 };
 
 struct CapturedImage {

@@ -2,6 +2,7 @@
 
 #include <tarvik/scene/Export.hpp>
 
+#include <glm/gtc/quaternion.hpp>
 #include <glm/mat4x4.hpp>
 #include <glm/vec3.hpp>
 
@@ -19,5 +20,10 @@ struct CameraView {
 // eye and target must differ.
 [[nodiscard]] TARVIK_SCENE_API CameraView lookAt(const glm::vec3& eye, const glm::vec3& target, float fovY,
                                                  float aspect, float nearPlane);
+
+// The same, looking along -z turned by the orientation, up being y turned likewise: every direction is as
+// good as any other. The orientation is of length one.
+[[nodiscard]] TARVIK_SCENE_API CameraView lookAlong(const glm::vec3& eye, const glm::quat& orientation,
+                                                    float fovY, float aspect, float nearPlane);
 
 } // namespace tarvik

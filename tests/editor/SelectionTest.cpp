@@ -1,0 +1,94 @@
+#include "SceneTree.hpp"
+#include "SceneViewClient.hpp"
+
+#include <tarvik/app/AppOptions.hpp>
+
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QTreeView>
+
+#include <memory>
+#include <optional>
+
+namespace tarvik::editor {
+namespace {
+
+using Chosen = std::optional<std::size_t>;
+
+// The list and the view of a scene with a ball in the middle and a box to its right, joined as in the window.
+class SelectionTest : public testing::Test {
+protected:
+    SelectionTest() : client_(lookingAtTheBall()) {
+        auto scene = std::make_shared<Scene>("Main");
+        for (const Mesh mesh : {Mesh::Sphere, Mesh::Cube}) {
+            Entity entity;
+            entity.name = mesh == Mesh::Sphere ? "Ball" : "Box";
+            entity.mesh = mesh;
+            entity.transform.position.x = mesh == Mesh::Sphere ? 0.0F : 2.0F;
+            scene->add(std::move(entity));
+        }
+        client_.setScene(scene);
+        tree_.setScene(scene);
+        QObject::connect(&client_, &SceneViewClient::entityChosen, &tree_, &SceneTree::choose);
+        QObject::connect(&tree_, &SceneTree::entityChosen, &client_, &SceneViewClient::select);
+        client_.update(0.0F, {}, true);
+        static_cast<void>(client_.cameraView(1.0F));
+    }
+
+    static app::AppOptions lookingAtTheBall() {
+        app::AppOptions options;
+        options.cameraEye = "0,0,10";
+        options.cameraTarget = "0,0,0";
+        options.still = true;
+        return options;
+    }
+
+    [[nodiscard]] QString listed() const {
+        return view_->selectionModel()->selectedRows().value(0).data().toString();
+    }
+    Chosen tinted() { return client_.renderSettings().selected; }
+
+    SceneViewClient client_;
+    SceneTree tree_;
+    QTreeView* view_ = tree_.findChild<QTreeView*>();
+};
+
+TEST_F(SelectionTest, TheListFollowsTheViewAndTheViewTheList) {
+    client_.clicked({0.0F, 0.0F});
+    EXPECT_EQ(tinted(), Chosen(0));
+    EXPECT_EQ(listed(), "Ball");
+    view_->setCurrentIndex(view_->model()->index(1, 0));
+    EXPECT_EQ(tinted(), Chosen(1));
+    client_.clicked({0.0F, 0.8F});
+    EXPECT_EQ(tinted(), std::nullopt) << "a click on nothing";
+    EXPECT_EQ(listed(), "");
+}
+
+TEST_F(SelectionTest, AFilterHidesTheSelectedEntityWithoutSelectingAnother) {
+    auto* filter = tree_.findChild<QLineEdit*>();
+    client_.clicked({0.0F, 0.0F});
+    filter->setText("box");
+    EXPECT_EQ(tinted(), Chosen(0));
+    EXPECT_EQ(listed(), "");
+    filter->clear();
+    EXPECT_EQ(listed(), "Ball");
+}
+
+TEST_F(SelectionTest, AnotherSceneStartsWithNothingSelected) {
+    client_.clicked({0.0F, 0.0F});
+    const auto another = std::make_shared<Scene>("Empty");
+    client_.setScene(another);
+    tree_.setScene(another);
+    EXPECT_EQ(tinted(), std::nullopt);
+    EXPECT_EQ(listed(), "");
+}
+
+TEST_F(SelectionTest, AClickThatEndsAnOrbitSelectsNothing) {
+    static_cast<void>(client_.mousePressed({0.0F, 0.0F}, Qt::LeftButton, Qt::AltModifier));
+    client_.clicked({0.0F, 0.0F});
+    EXPECT_EQ(tinted(), std::nullopt);
+}
+
+} // namespace
+} // namespace tarvik::editor
