@@ -40,6 +40,7 @@ Mouse::Mouse() : display_(wl_display_connect(nullptr)) {
 }
 
 Mouse::~Mouse() {
+    release(); // the X display outlives the compositor
     if (pointer_)
         zwlr_virtual_pointer_v1_destroy(pointer_);
     if (manager_)

@@ -84,6 +84,7 @@ protected:
     }
 
     ~ViewportInputTest() override {
+        act("mouseup 1 mouseup 3 keyup d keyup f keyup w"); // what a failure left
         hand_.closeWriteChannel();
         EXPECT_TRUE(hand_.waitForFinished());
     }
