@@ -8,11 +8,11 @@
 namespace tarvik::app {
 namespace {
 
-struct ButtonBit {
+struct SdlButton {
     SDL_GameControllerButton button;
     std::uint16_t bit;
 };
-constexpr ButtonBit kButtons[] = {
+constexpr SdlButton kSdlButtons[] = {
     {SDL_CONTROLLER_BUTTON_A, gamepad_bit::kA},
     {SDL_CONTROLLER_BUTTON_B, gamepad_bit::kB},
     {SDL_CONTROLLER_BUTTON_X, gamepad_bit::kX},
@@ -52,7 +52,7 @@ GamepadReading read(SDL_GameController* controller) {
                            .leftY = upwards(axis(SDL_CONTROLLER_AXIS_LEFTY)),
                            .rightX = axis(SDL_CONTROLLER_AXIS_RIGHTX),
                            .rightY = upwards(axis(SDL_CONTROLLER_AXIS_RIGHTY))};
-    for (const auto& [button, bit] : kButtons) {
+    for (const auto& [button, bit] : kSdlButtons) {
         if (SDL_GameControllerGetButton(controller, button))
             reading.buttons |= bit;
     }

@@ -41,11 +41,11 @@ QImage snapshotWidget(QWidget* widget) {
                 qobject_cast<VulkanViewport*>(descendant->property(kViewportProperty).value<QObject*>());
             if (!viewport || !descendant->isVisible())
                 continue;
-            const QSize size(qRound(descendant->width() * ratio), qRound(descendant->height() * ratio));
-            const QImage frame = viewport->captureFrame(size);
             const QRect place(descendant->mapTo(widget, QPoint(0, 0)), descendant->size());
+            const QRect area = devicePixels(place, ratio);
+            const QImage frame = viewport->captureFrame(area.size());
             if (!frame.isNull())
-                painter.drawImage(devicePixels(place, ratio), frame);
+                painter.drawImage(area, frame);
         }
     }
     image.setDevicePixelRatio(ratio);

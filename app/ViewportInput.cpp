@@ -20,7 +20,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -106,17 +105,6 @@ bool isTextInput(const QWidget* widget) {
            qobject_cast<const QPlainTextEdit*>(widget) || qobject_cast<const QTextEdit*>(widget);
 }
 
-// Keys belong to whoever is being typed into, and to an open menu.
-bool keysAreTaken() {
-    return isTextInput(QApplication::focusWidget()) || QApplication::activePopupWidget() != nullptr;
-}
-
-void takeKey(InputState& state, const QKeyEvent& event) {
-    const auto key = toKey(event.key());
-    if (key && !event.isAutoRepeat())
-        state.setKey(*key, event.type() == QEvent::KeyPress);
-}
-
 glm::vec2 toVec2(QPointF point) {
     return {static_cast<float>(point.x()), static_cast<float>(point.y())};
 }
@@ -124,6 +112,10 @@ glm::vec2 toVec2(QPointF point) {
 } // namespace
 
 void VulkanViewport::setInputContainer(QWidget* widget) {
+    if (container != widget) {
+        releaseInput();
+        updateEngagement(false, false);
+    }
     container = widget;
     if (!widget)
         return;
@@ -135,6 +127,7 @@ void VulkanViewport::setInputContainer(QWidget* widget) {
 }
 
 void VulkanViewport::releaseInput() {
+    pressing = Qt::NoButton;
     inputState.releaseAll();
     stopLooking();
 }
@@ -148,6 +141,9 @@ bool VulkanViewport::takeInput(QEvent* event) {
     case QEvent::Leave:
         left();
         return false;
+    case QEvent::WindowBlocked: // by a modal dialog, which the releases do not reach either
+        releaseInput();
+        return false;
     case QEvent::ShortcutOverride:
         return overrideShortcut(*static_cast<QKeyEvent*>(event));
     case QEvent::DragEnter:
@@ -160,13 +156,38 @@ bool VulkanViewport::takeInput(QEvent* event) {
 }
 
 void VulkanViewport::keyPressEvent(QKeyEvent* event) {
-    takeKey(inputState, *event);
+    takeKey(*event);
     if (!client.keyPressed(event->key(), event->modifiers()))
         QWindow::keyPressEvent(event);
 }
 
 void VulkanViewport::keyReleaseEvent(QKeyEvent* event) {
-    takeKey(inputState, *event);
+    takeKey(*event);
+}
+
+// Whether it was the release of a held key. A key that is let go with other modifiers down than at its press
+// tells another key code then, but the same scan code.
+bool VulkanViewport::takeKey(const QKeyEvent& event) {
+    if (event.isAutoRepeat())
+        return false;
+    const auto key = toKey(event.key());
+    const quint32 code = event.nativeScanCode();
+    if (event.type() == QEvent::KeyPress) {
+        if (key) {
+            inputState.setKey(*key, true);
+            scanCodes.at(static_cast<std::size_t>(*key)) = code;
+        }
+        return false;
+    }
+    bool held = false;
+    for (std::size_t i = 0; i < kKeyCount; ++i) {
+        const auto candidate = static_cast<Key>(i);
+        if (candidate == key || (code != 0 && code == scanCodes.at(i))) {
+            held = held || inputState.isHeld(candidate);
+            inputState.setKey(candidate, false);
+        }
+    }
+    return held;
 }
 
 void VulkanViewport::focusOutEvent(QFocusEvent* event) {
@@ -177,6 +198,8 @@ void VulkanViewport::focusOutEvent(QFocusEvent* event) {
 void VulkanViewport::mousePressEvent(QMouseEvent* event) {
     takeFocus();
     clickEngaged = true;
+    // Who is told of the press may run an event loop, in which the button goes up again.
+    pressing = event->button();
     Q_EMIT pointerPressed();
     const QPointF position = event->position();
     lastPos = position;
@@ -187,6 +210,8 @@ void VulkanViewport::mousePressEvent(QMouseEvent* event) {
         if (pressConsumed)
             return;
     }
+    if (pressing != event->button())
+        return;
     if (const auto button = toMouseButton(event->button()))
         inputState.setMouseButton(*button, true);
     if (event->button() == Qt::RightButton)
@@ -194,6 +219,7 @@ void VulkanViewport::mousePressEvent(QMouseEvent* event) {
 }
 
 void VulkanViewport::mouseReleaseEvent(QMouseEvent* event) {
+    pressing = Qt::NoButton;
     if (const auto button = toMouseButton(event->button()))
         inputState.setMouseButton(*button, false);
     const glm::vec2 ndc = toNdc(event->position());
@@ -222,8 +248,8 @@ void VulkanViewport::wheelEvent(QWheelEvent* event) {
     inputState.addScroll(static_cast<float>(event->angleDelta().y()) / kWheelNotch);
 }
 
-// On Wayland an embedded window gets no keys, and on X11 none that lets the pointer through. Then they are
-// taken from the window around, which must not have them typed into one of its widgets any more.
+// Wayland gives an embedded window no keys at all, X11 gives none to a window that lets the pointer through.
+// They are taken from the window around then, whose widgets must not have them typed into any more.
 void VulkanViewport::takeFocus() {
     QWindow* around = topLevelWindow();
     if (around == this || (warpAvailable && !isPassingThrough())) {
@@ -232,10 +258,10 @@ void VulkanViewport::takeFocus() {
     }
     if (!around->isActive())
         around->requestActivate();
-    if (QWidget* focused = QApplication::focusWidget())
+    QWidget* focused = container ? container->window()->focusWidget() : nullptr;
+    if (focused && focused != container)
         focused->clearFocus();
 }
-
 // How far the pointer came since the event before.
 QPointF VulkanViewport::motionTo(QPointF position) {
     const auto distance = [position](QPointF other) {
@@ -290,6 +316,13 @@ bool VulkanViewport::engaged() const {
     return hovered || clickEngaged || looking;
 }
 
+// Whether the keys of the window around are this viewport's.
+bool VulkanViewport::hasKeys() const {
+    if (isTextInput(QApplication::focusWidget()) || QApplication::activePopupWidget() != nullptr)
+        return false;
+    return engaged() || (!warpAvailable && container && container->hasFocus());
+}
+
 void VulkanViewport::updateEngagement(bool isHovered, bool isClickEngaged) {
     const bool was = engaged();
     hovered = isHovered;
@@ -305,46 +338,78 @@ void VulkanViewport::entered() {
 }
 
 void VulkanViewport::left() {
-    // On Wayland a held button keeps the pointer where it was pressed, so one that leaves is held no more,
-    // and no release will say so.
-    if (!warpAvailable && looking)
+    // On Wayland a held button keeps the pointer where it was pressed. When it leaves all the same, the
+    // button is held no more, and no release will say so.
+    constexpr std::array buttons{MouseButton::Left, MouseButton::Right, MouseButton::Middle};
+    if (!warpAvailable &&
+        std::ranges::any_of(buttons, [this](MouseButton button) { return inputState.isHeld(button); }))
         releaseInput();
     updateEngagement(false, clickEngaged);
 }
 
+// Runs for every event of the application: what is none of this viewport's business leaves at once.
 bool VulkanViewport::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::FocusOut:
+    case QEvent::ApplicationDeactivate:
+        break;
+    default:
+        if (watched != container)
+            return QWindow::eventFilter(watched, event);
+    }
     const QPointer<VulkanViewport> self(this);
     try {
-        if (watched == container && takeFromContainer(event))
-            return true;
-        switch (event->type()) {
-        case QEvent::MouseButtonPress:
-            if (clickEngaged && watched != this && watched->isWindowType())
-                updateEngagement(hovered, false);
-            break;
-        case QEvent::KeyPress:
-        case QEvent::KeyRelease:
-        case QEvent::ShortcutOverride:
-            if (engaged() && isAround(watched) && !keysAreTaken())
-                return takeFromTopLevel(*static_cast<QKeyEvent*>(event));
-            break;
-        case QEvent::FocusOut:
-            // The window that takes over gets the releases, too.
-            if (engaged() && isAround(watched) && QGuiApplication::focusWindow() != this)
-                releaseInput();
-            break;
-        case QEvent::ApplicationDeactivate:
-            releaseInput();
-            break;
-        default:
-            break;
-        }
+        return (watched == container && takeFromContainer(event)) || takeFromApplication(watched, event);
     } catch (...) {
         if (self)
             fail(std::current_exception());
         return true;
     }
-    return QWindow::eventFilter(watched, event);
+}
+
+bool VulkanViewport::takeFromApplication(QObject* watched, QEvent* event) {
+    const bool otherWindow = watched != this && watched->isWindowType();
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        if (otherWindow && clickEngaged)
+            updateEngagement(hovered, false);
+        return false;
+    case QEvent::MouseButtonRelease:
+        if (otherWindow)
+            releaseElsewhere(static_cast<QMouseEvent*>(event)->button());
+        return false;
+    case QEvent::KeyPress:
+    case QEvent::ShortcutOverride:
+        return isAround(watched) && hasKeys() && takeFromTopLevel(*static_cast<QKeyEvent*>(event));
+    case QEvent::KeyRelease: {
+        // Wherever it arrives, the key is up.
+        auto* key = static_cast<QKeyEvent*>(event);
+        return otherWindow && takeKey(*key) && isAround(watched) && hasKeys() && isNavigation(key->key());
+    }
+    case QEvent::FocusOut:
+        // The window that takes over gets the releases, too.
+        if (isAround(watched) && QGuiApplication::focusWindow() != this)
+            releaseInput();
+        return false;
+    case QEvent::ApplicationDeactivate:
+        releaseInput();
+        return false;
+    default:
+        return false;
+    }
+}
+
+// A menu that opens while a button is down gets its release.
+void VulkanViewport::releaseElsewhere(Qt::MouseButton button) {
+    if (const auto known = toMouseButton(button))
+        inputState.setMouseButton(*known, false);
+    if (button == Qt::RightButton)
+        stopLooking();
 }
 
 bool VulkanViewport::isPassingThrough() const {
@@ -402,15 +467,14 @@ bool VulkanViewport::takeFromContainer(QEvent* event) {
 bool VulkanViewport::takeFromTopLevel(QKeyEvent& event) {
     if (event.type() == QEvent::ShortcutOverride)
         return overrideShortcut(event);
-    takeKey(inputState, event);
-    return isNavigation(event.key()) ||
-           (event.type() == QEvent::KeyPress && client.keyPressed(event.key(), event.modifiers()));
+    takeKey(event);
+    return isNavigation(event.key()) || client.keyPressed(event.key(), event.modifiers());
 }
 
 // An action on a plain letter must not fire while that letter moves through the scene.
 bool VulkanViewport::overrideShortcut(QKeyEvent& event) const {
     const bool plain = !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-    if (!engaged() || !plain || !isNavigation(event.key()) || keysAreTaken())
+    if (!plain || !isNavigation(event.key()) || !hasKeys())
         return false;
     event.accept();
     return true;

@@ -59,8 +59,11 @@ VulkanViewport::VulkanViewport(AppContext& context, ViewportClient& viewportClie
     if (QCoreApplication* application = QCoreApplication::instance())
         application->installEventFilter(this);
     connect(this, &QWindow::visibleChanged, this, [this](bool visible) {
-        if (!visible)
-            releaseTarget();
+        if (visible)
+            return;
+        releaseInput();
+        updateEngagement(false, false);
+        releaseTarget();
     });
 
     if (!warpAvailable)
@@ -77,6 +80,7 @@ VulkanViewport::VulkanViewport(AppContext& context, ViewportClient& viewportClie
 
 VulkanViewport::~VulkanViewport() {
     releaseTarget();
+    stopLooking();
     // The base class hides itself when this object's members are gone.
     disconnect(this, &QWindow::visibleChanged, this, nullptr);
 }
@@ -231,9 +235,13 @@ void VulkanViewport::wakeWhenNotExposed() {
         }
         const QPointer<VulkanViewport> self(this);
         wakePending = true; // or the show below would ask for the next one
+        const bool hadFocus = container->hasFocus();
         container->hide();
-        if (self && container)
+        if (self && container) {
             container->show();
+            if (hadFocus)
+                container->setFocus();
+        }
         if (self)
             wakePending = false;
     });
@@ -347,6 +355,7 @@ void VulkanViewport::fail(const QString& message) {
     if (failed)
         return;
     failed = true;
+    releaseInput();
     log::error("Viewport", "{}", message.toStdString());
     Q_EMIT renderFailed(message);
 }

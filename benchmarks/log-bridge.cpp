@@ -3,6 +3,7 @@
 #include "Compare.hpp"
 
 #include "LogInbox.hpp"
+#include "LogReceiver.hpp"
 
 #include <tarvik/app/LogBridge.hpp>
 
@@ -25,16 +26,6 @@ namespace {
 constexpr int kLines = 4000; // a thread and iteration
 constexpr const char* kCategory = "Renderer";
 constexpr const char* kText = "compiled pipeline 'lit instanced' in 12.4 ms, 3 stages, 2 attachments";
-
-// Lives on the main thread, so that a line logged elsewhere reaches it through the event queue.
-class Receiver final : public QObject {
-    Q_OBJECT
-
-public:
-    Q_INVOKABLE void text(const QString& /*line*/) { ++lines; }
-    void entry(const app::UiLogEntry& /*line*/) { ++lines; }
-    int lines = 0;
-};
 
 // Nanoseconds a line, with so many threads logging at once: from when the first of them begins to when the
 // last of them ends. What they left in the event queue is taken out afterwards, unmeasured.
@@ -84,7 +75,7 @@ void againstQtSink(benchmark::State& state) {
     QObject::connect(
         &bridge, &app::LogBridge::messageLogged, &bridge,
         [&inbox](const app::UiLogEntry& entry) { inbox.put(entry); }, Qt::DirectConnection);
-    Receiver receiver;
+    LogReceiver receiver;
     spdlog::sinks::qt_sink_mt sink(&receiver, "text");
     const auto push = [&] {
         const double cost = costOfLine(threads, pushTo(bridge));
@@ -98,9 +89,9 @@ BENCHMARK(againstQtSink)->Name("log line, batched / Qt sink")->ArgName("threads"
 // Both through the event queue, a line an event: what is left to differ is small beside it.
 void againstQtSinkQueued(benchmark::State& state) {
     const int threads = static_cast<int>(state.range(0));
-    Receiver receiver;
+    LogReceiver receiver;
     app::LogBridge bridge;
-    QObject::connect(&bridge, &app::LogBridge::messageLogged, &receiver, &Receiver::entry);
+    QObject::connect(&bridge, &app::LogBridge::messageLogged, &receiver, &LogReceiver::entry);
     spdlog::sinks::qt_sink_mt sink(&receiver, "text");
     compare(state, 50, std::nullopt,
             inTurn([&] { return costOfLine(threads, pushTo(bridge)); },
@@ -121,8 +112,6 @@ BENCHMARK(againstRingBuffer)->Name("log line, kept / ring-buffer sink")->ArgName
 
 } // namespace
 } // namespace tarvik::bench
-
-#include "log-bridge.moc"
 
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);

@@ -53,7 +53,8 @@ void CameraControls::update(float seconds, const InputState& input, bool windowA
         camera.orbit(input.mouseDelta());
         break;
     case Gesture::Pan:
-        camera.pan(drag, opening_.lens(), aspect_);
+        if (!input.wasPressed(MouseButton::Middle)) // or the way to the press would count
+            camera.pan(drag, opening_.lens(), aspect_);
         break;
     case Gesture::None:
         break;

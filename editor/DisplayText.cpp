@@ -1,5 +1,7 @@
 #include "DisplayText.hpp"
 
+#include <QLabel>
+
 namespace tarvik::editor {
 
 QString oneLine(const QString& text) {
@@ -17,6 +19,13 @@ QString oneLine(const QString& text) {
     if (text.size() > kLongest)
         line += u'…';
     return line;
+}
+
+QLabel* plainLabel(const QString& text) {
+    auto* label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    return label;
 }
 
 } // namespace tarvik::editor

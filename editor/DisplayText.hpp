@@ -2,10 +2,15 @@
 
 #include <QString>
 
+class QLabel;
+
 namespace tarvik::editor {
 
 // The text as one line of bounded length for lists and tables: line breaks and other control characters are
 // shown as symbols, a long text ends in "…". Laying out a megabyte of text would stall the window.
 [[nodiscard]] QString oneLine(const QString& text);
+
+// A label that wraps, and shows the text as it stands, whatever looks like markup in it. The caller's.
+[[nodiscard]] QLabel* plainLabel(const QString& text);
 
 } // namespace tarvik::editor

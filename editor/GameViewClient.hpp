@@ -8,7 +8,7 @@
 
 namespace tarvik::editor {
 
-// The scene as a game: seen through its own camera. The input is all the game's.
+// The scene as a game: seen through its own camera. The editor takes none of the input for itself.
 class GameViewClient final : public app::ViewportClient {
 public:
     explicit GameViewClient(const app::AppOptions& options);

@@ -1,5 +1,6 @@
 #include "RenderFailurePanel.hpp"
 
+#include "DisplayText.hpp"
 #include "EditorStyle.hpp"
 
 #include <QGuiApplication>
@@ -8,16 +9,6 @@
 #include <QVBoxLayout>
 
 namespace tarvik::editor {
-namespace {
-
-QLabel* plainLabel(const QString& text) {
-    auto* label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
-} // namespace
 
 QString renderFailureAdvice(const QString& reason, const QString& platform) {
     const auto mentions = [&reason](const char* word) {

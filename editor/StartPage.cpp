@@ -71,13 +71,6 @@ public:
     }
 };
 
-QLabel* plainLabel(const QString& text) {
-    auto* label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
 } // namespace
 
 StartPage::StartPage(QWidget* parent) : QWidget(parent) {

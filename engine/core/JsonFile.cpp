@@ -97,7 +97,7 @@ std::optional<Problem> findExcess(std::string_view text) {
 std::string reasonOf(const Json::exception& error) {
     std::string_view reason = error.what();
     for (const std::string_view start : {"] ", ", column ", ": "})
-        if (const std::size_t found = reason.find(start); found != std::string_view::npos && found < 80)
+        if (const std::size_t found = reason.find(start); found < 80)
             reason.remove_prefix(found + start.size());
     return std::string(reason.substr(0, std::min<std::size_t>(reason.find("; last read"), 300)));
 }

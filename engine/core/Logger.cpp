@@ -12,7 +12,7 @@ namespace tarvik {
 
 namespace {
 
-constexpr int kMaxDepth = 4;
+constexpr int kMaxNesting = 4;
 
 // A registered sink with the calls of it that are running. A call that itself removes the sink is counted
 // apart: nobody who is inside the sink may wait for it, or two such calls would wait for each other.
@@ -139,7 +139,7 @@ bool Logger::shouldLog(LogLevel level) const {
 
 void Logger::log(LogLevel level, std::string_view category, std::string message) {
     const int depth = innermostCall == nullptr ? 0 : innermostCall->depth + 1;
-    if (depth == kMaxDepth)
+    if (depth == kMaxNesting)
         return;
     const std::shared_ptr<const Registrations> sinks = impl_->snapshot();
     if (sinks->empty())

@@ -1,6 +1,7 @@
 #include <tarvik/project/Project.hpp>
 
 #include "CorruptFile.hpp"
+#include "UnixTime.hpp"
 
 #include <tarvik/core/File.hpp>
 #include <tarvik/core/JsonFields.hpp>
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <system_error>
 #include <utility>
@@ -54,11 +54,6 @@ struct Project::State {
 namespace {
 
 constexpr std::size_t kMaxNameLength = 64;
-
-std::int64_t nowUnix() {
-    using namespace std::chrono;
-    return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
-}
 
 char toUpper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
@@ -122,7 +117,7 @@ Project::Project(Project&&) noexcept = default;
 Project& Project::operator=(Project&&) noexcept = default;
 Project::~Project() = default;
 
-std::expected<Project, Error> Project::create(fs::path rootDir, std::string name) {
+std::expected<Project, Error> Project::create(const fs::path& rootDir, std::string name) {
     if (!isValidName(name))
         return makeError("\"{}\" is no valid project name: use letters, digits, spaces, '-' or '_' (max {} "
                          "characters)",
@@ -156,7 +151,7 @@ std::expected<Project, Error> Project::create(fs::path rootDir, std::string name
     return project;
 }
 
-std::expected<Project, Error> Project::open(fs::path rootDir) {
+std::expected<Project, Error> Project::open(const fs::path& rootDir) {
     const auto root = normalised(rootDir);
     if (!root)
         return std::unexpected(root.error());

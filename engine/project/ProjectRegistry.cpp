@@ -1,6 +1,7 @@
 #include <tarvik/project/ProjectRegistry.hpp>
 
 #include "CorruptFile.hpp"
+#include "UnixTime.hpp"
 
 #include <tarvik/core/File.hpp>
 #include <tarvik/core/JsonFields.hpp>
@@ -10,7 +11,6 @@
 #include <tarvik/project/Project.hpp>
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -31,12 +31,7 @@ struct Stored {
     Json json = Json::object();
 };
 
-std::int64_t nowUnix() {
-    using namespace std::chrono;
-    return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
-}
-
-fs::path normalised(const fs::path& path) {
+fs::path asListed(const fs::path& path) {
     std::error_code error;
     fs::path absolute = fs::absolute(path, error).lexically_normal();
     if (error)
@@ -96,7 +91,7 @@ std::expected<std::vector<Stored>, std::string> readEntries(const Json& document
             problem = "\"path\" is empty";
         if (!problem.empty())
             return std::unexpected(fmt::format("projects[{}]: {}", entries.size(), problem));
-        project.path = normalised(project.path);
+        project.path = asListed(project.path);
         entries.push_back({std::move(project), json});
     }
     sortNewestFirst(entries);
@@ -236,7 +231,7 @@ std::span<const RecentProject> ProjectRegistry::projects() const {
 void ProjectRegistry::touch(const fs::path& path, std::string name) {
     if (path.empty())
         return;
-    const fs::path root = normalised(path);
+    const fs::path root = asListed(path);
     const std::int64_t now = state_->take(root);
     state_->projects.insert(state_->projects.begin(), {root, std::move(name), now, isMissing(root)});
     state_->touched.insert(root);
@@ -244,7 +239,7 @@ void ProjectRegistry::touch(const fs::path& path, std::string name) {
 }
 
 void ProjectRegistry::remove(const fs::path& path) {
-    const fs::path root = normalised(path);
+    const fs::path root = asListed(path);
     state_->removed[root] = state_->take(root);
     state_->touched.erase(root);
 }

@@ -176,6 +176,16 @@ TEST_F(ViewportInputTest, HoveringTakesKeysExceptFromWhatIsTypedInto) {
     act("keyup w");
 }
 
+TEST_F(ViewportInputTest, AReleaseCountsWhateverHasHappenedSinceThePress) {
+    moveInside();
+    act("keydown 1 keydown shift keydown w");
+    expectHeld(Key::W, true);
+    edit_.setFocus();
+    act("keyup 1 keyup shift keyup w"); // an exclamation mark goes up
+    expectHeld(Key::W, false);
+    EXPECT_FALSE(viewport_->input().isHeld(Key::Num1));
+}
+
 TEST_F(ViewportInputTest, ShortcutsLoseOnlyTheKeysThatMove) {
     Names fired;
     for (const char* keys : {"W", "F", "Ctrl+S", "Alt+W"}) {

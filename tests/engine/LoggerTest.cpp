@@ -94,15 +94,15 @@ TEST(LoggerTest, EveryRemoverWaitsForTheRunningCall) {
             release.wait();
             running = false;
         });
-        std::jthread logging(logLine);
+        const std::jthread logging(logLine);
         entered.wait();
         const auto remove = [&] {
             begun.count_down();
             Logger::instance().removeSink(sink);
             EXPECT_FALSE(running);
         };
-        std::jthread first(remove);
-        std::jthread second(remove);
+        const std::jthread first(remove);
+        const std::jthread second(remove);
         begun.wait();
         release.count_down();
     }

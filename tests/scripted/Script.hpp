@@ -38,7 +38,7 @@ Script& script();
 
 // For Script::on.
 template <typename Error>
-std::function<void()> throwing(Error error) {
+std::function<void()> throwing(const Error& error) {
     return [error] {
         throw error;
     };

@@ -165,9 +165,10 @@ TEST_F(CaptureTest, AnImpossibleSizeIsAnErrorThatNamesSizeAndLimit) {
 TEST_F(CaptureTest, TenThousandEntitiesAndMoreLightsThanFitAreDrawn) {
     Scene scene("crowd");
     for (int i = 0; i < 10'000; ++i) {
+        const int row = i / 100;
         Entity entity =
             entityOf(static_cast<Mesh>(1 + i % 4), kRed,
-                     {static_cast<float>(i % 100) - 50.0F, static_cast<float>(i / 100) - 50.0F, -60.0F});
+                     {static_cast<float>(i % 100) - 50.0F, static_cast<float>(row) - 50.0F, -60.0F});
         if (i % 100 == 0) {
             entity.light = Light{};
             entity.light->kind = i % 200 == 0 ? LightKind::Point : LightKind::Directional;

@@ -17,6 +17,7 @@
 
 #include <vulkan/vulkan_core.h>
 
+#include <array>
 #include <cstdint>
 #include <exception>
 #include <memory>
@@ -77,7 +78,7 @@ Q_SIGNALS:
     void frameRendered();
     // Once, with the first failure, worded for the user.
     void renderFailed(const QString& message);
-    // Before the client sees the press.
+    // Before the client sees the press. A receiver may destroy the viewport with deleteLater() only.
     void pointerPressed();
 
 protected:
@@ -110,6 +111,9 @@ private:
 
     [[nodiscard]] bool takeInput(QEvent* event);
     [[nodiscard]] bool isPassingThrough() const;
+    bool takeKey(const QKeyEvent& event);
+    [[nodiscard]] bool takeFromApplication(QObject* watched, QEvent* event);
+    void releaseElsewhere(Qt::MouseButton button);
     [[nodiscard]] bool takeFromContainer(QEvent* event);
     [[nodiscard]] bool takeFromTopLevel(QKeyEvent& event);
     [[nodiscard]] bool overrideShortcut(QKeyEvent& event) const;
@@ -123,6 +127,7 @@ private:
     void entered();
     void left();
     [[nodiscard]] bool engaged() const;
+    [[nodiscard]] bool hasKeys() const;
     void updateEngagement(bool isHovered, bool isClickEngaged);
     [[nodiscard]] glm::vec2 toNdc(QPointF position) const;
     [[nodiscard]] QWindow* topLevelWindow();
@@ -142,6 +147,8 @@ private:
     QPointF lastPos;
     QPointF pressPos;
     std::optional<QPointF> warpedFrom; // until the warp is seen to have arrived; lastPos is where it goes
+    std::array<quint32, kKeyCount> scanCodes{}; // of each key at its last press
+    Qt::MouseButton pressing = Qt::NoButton;    // while its press is being told
     bool dragged = false;
     bool hovered = false;
     bool clickEngaged = false;

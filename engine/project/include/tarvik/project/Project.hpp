@@ -20,10 +20,10 @@ public:
 
     // Makes the folder, or uses an empty one, with a project file, a Content folder and an empty default
     // scene name. Fails when the name is not valid, or the folder holds anything.
-    static std::expected<Project, Error> create(std::filesystem::path rootDir, std::string name);
+    static std::expected<Project, Error> create(const std::filesystem::path& rootDir, std::string name);
 
     // A project file that cannot be understood is copied aside and left as it is.
-    static std::expected<Project, Error> open(std::filesystem::path rootDir);
+    static std::expected<Project, Error> open(const std::filesystem::path& rootDir);
 
     // 1 to 64 characters: letters and digits of ASCII, space, '-', '_'; no space at either end; no name that
     // Windows reserves for a device.
