@@ -1,6 +1,9 @@
+#include "IdleClient.hpp"
 #include "Mouse.hpp"
 #include "Pump.hpp"
 
+#include <tarvik/app/AppContext.hpp>
+#include <tarvik/app/VulkanViewport.hpp>
 #include <tarvik/app/WaylandPointerLock.hpp>
 
 #include <gtest/gtest.h>
@@ -161,6 +164,53 @@ TEST_F(PointerLockTest, EndsWithTheMouse) {
     EXPECT_FALSE(lock_->lock());
     mouse_ = std::make_unique<Mouse>();
     lock();
+}
+
+struct Looker final : bench::IdleClient {
+    glm::vec2 motion{0.0F};
+    void update(float /*dt*/, const InputState& input, bool /*windowActive*/) override {
+        motion += input.mouseDelta();
+    }
+};
+
+TEST_F(PointerLockTest, TurnsAViewportThatMayGoWhileLooking) {
+    AppContext context{AppOptions{}};
+    Looker client;
+    auto* viewport = new VulkanViewport(context, client);
+    auto* container = QWidget::createWindowContainer(viewport);
+    viewport->setInputContainer(container);
+    window_->setCentralWidget(container);
+    const auto turnsInPlace = [&] {
+        const glm::vec2 place = viewport->input().mousePosition();
+        const glm::vec2 before = client.motion;
+        mouse_->moveBy(2, 0);
+        return pumpUntil([&] { return client.motion != before; }) &&
+               viewport->input().mousePosition() == place;
+    };
+    const auto look = [&] {
+        EXPECT_TRUE(pumpUntil([&] {
+            mouse_->moveTo(600, 400);
+            mouse_->moveTo(601, 401);
+            mouse_->release();
+            mouse_->press();
+            return viewport->input().isHeld(MouseButton::Right);
+        }));
+        while (!turnsInPlace() && !HasFailure()) {
+        }
+    };
+    look();
+    client.motion = {};
+    for (int i = 0; i < 10; ++i)
+        mouse_->moveBy(6, -4);
+    const glm::vec2 injected = glm::vec2(60, -40) / static_cast<float>(viewport->devicePixelRatio());
+    EXPECT_TRUE(pumpUntil([&] { return client.motion == injected; })) << client.motion.x;
+    viewport->releaseInput();
+    EXPECT_FALSE(turnsInPlace());
+    look();
+    window_.reset();
+    QMainWindow other;
+    other.show();
+    EXPECT_TRUE(pumpUntil([&] { return other.windowHandle()->isExposed(); }));
 }
 
 // Run against compositors that have but one of the protocols.
