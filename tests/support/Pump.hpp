@@ -8,18 +8,20 @@
 
 namespace tarvik::test {
 
-// Runs the event loop until done() holds or the time is up; returns whether it holds.
+// Runs the event loop until done() holds or the time is up; returns whether it held. It is not asked again.
 inline bool pumpUntil(const std::function<bool()>& done) {
     QEventLoop loop;
     QTimer look;
+    bool held = false;
     QObject::connect(&look, &QTimer::timeout, &loop, [&] {
-        if (done())
+        held = held || done();
+        if (held)
             loop.quit();
     });
     look.start(1);
     QTimer::singleShot(std::chrono::seconds(20), &loop, &QEventLoop::quit);
     loop.exec();
-    return done();
+    return held;
 }
 
 } // namespace tarvik::test
