@@ -15,7 +15,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
-#include <utility>
 
 namespace tarvik {
 
@@ -113,14 +112,6 @@ protected:
         return false;
     }
 
-    // Layer upon layer, the farthest first, so that every one is drawn.
-    void drawSlowly(int layers) {
-        view_ = lookAt({0.0F, 3.0F, 0.1F}, {}, 0.8F, 1.6F, 0.1F);
-        for (int i = 0; i < layers; ++i)
-            scene_.add(test::entityOf(Mesh::Plane, {200, 40, 40}, {0.0F, 0.01F * static_cast<float>(i), 0.0F},
-                                      {10.0F, 1.0F, 10.0F}));
-    }
-
     Scene scene_{"sphere"};
     CameraView view_ = lookAt({1.0F, 1.0F, 3.0F}, {}, 0.8F, 1.6F, 0.1F);
     std::unique_ptr<Window> window_;
@@ -161,14 +152,8 @@ TEST_F(PresentTest, AFrameThatIsBrokenOffHarmsNoneThatFollows) {
     const test::TemporaryFolder shaders;
     test::writeText(shaders / "mesh.frag.spv", "no shader");
     open(Watch::Validated, {.shaderDirectory = shaders.path().wstring()});
-    for (int i = 0; i < 2; ++i) {
-        try {
-            render();
-            FAIL();
-        } catch (const rhi::VulkanError& error) {
-            EXPECT_TRUE(std::string_view(error.what()).contains("mesh.frag.spv")) << error.what();
-        }
-    }
+    for (int i = 0; i < 2; ++i)
+        EXPECT_THROW(render(), rhi::VulkanError);
     std::filesystem::remove(shaders / "mesh.frag.spv");
     for (int i = 0; i < 5; ++i)
         EXPECT_TRUE(renderUntil(FrameResult::Presented));
@@ -177,32 +162,12 @@ TEST_F(PresentTest, AFrameThatIsBrokenOffHarmsNoneThatFollows) {
 TEST_F(PresentTest, ASlowPictureDoesNotHoldTheCaller) {
     open(Watch::Unwatched);
     ASSERT_TRUE(renderUntil(FrameResult::Presented));
-    drawSlowly(150);
+    // Layer upon layer, the farthest first, so that every one is drawn.
+    view_ = lookAt({0.0F, 3.0F, 0.1F}, {}, 0.8F, 1.6F, 0.1F);
+    for (int i = 0; i < 150; ++i)
+        scene_.add(test::entityOf(Mesh::Plane, {200, 40, 40}, {0.0F, 0.01F * static_cast<float>(i), 0.0F},
+                                  {10.0F, 1.0F, 10.0F}));
     EXPECT_TRUE(renderUntil(FrameResult::Skipped));
-    EXPECT_TRUE(renderUntil(FrameResult::Presented));
-}
-
-TEST_F(PresentTest, SlowTargetsTakeTurnsUntilOneIsDrawnToNoMore) {
-    open(Watch::Unwatched);
-    drawSlowly(50);
-    const Window window(context_->vkInstance(), 320, 200);
-    auto other = std::make_unique<render::PresentTarget>(*context_, window.surface(), VkExtent2D{320, 200},
-                                                         rhi::PresentPolicy::Vsync);
-    int left = 0;
-    int right = 0;
-    const auto deadline = Clock::now() + std::chrono::seconds(30);
-    while ((left < 2 || right < 2) && Clock::now() < deadline) {
-        left += render() == FrameResult::Presented ? 1 : 0;
-        for (int i = 0; i < 2; ++i) // more often
-            right += renderer_->render(*other, scene_, view_, {}) == FrameResult::Presented ? 1 : 0;
-    }
-    EXPECT_GE(left, 2);
-    EXPECT_GE(right, 2);
-
-    EXPECT_TRUE(renderUntil(FrameResult::Presented));
-    std::swap(target_, other);
-    EXPECT_TRUE(renderUntil(FrameResult::Skipped)); // drawn and not presented
-    std::swap(target_, other);
     EXPECT_TRUE(renderUntil(FrameResult::Presented));
 }
 
