@@ -16,12 +16,13 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMimeData>
-#include <QMouseEvent>
 #include <QProcess>
 #include <QPushButton>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include <array>
+#include <functional>
 
 namespace tarvik::app {
 namespace {

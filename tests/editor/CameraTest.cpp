@@ -8,7 +8,7 @@
 #include <glm/vec4.hpp>
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <algorithm>
 
 namespace tarvik::editor {
 namespace {
