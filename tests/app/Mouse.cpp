@@ -40,7 +40,7 @@ Mouse::Mouse() : display_(wl_display_connect(nullptr)) {
 }
 
 Mouse::~Mouse() {
-    release(); // the X display outlives the compositor
+    button(Button::Up); // the X display outlives the compositor
     if (pointer_)
         zwlr_virtual_pointer_v1_destroy(pointer_);
     if (manager_)
@@ -69,18 +69,10 @@ void Mouse::moveBy(int right, int down) {
     send();
 }
 
-void Mouse::press() {
-    button("mousedown", WL_POINTER_BUTTON_STATE_PRESSED);
-}
-
-void Mouse::release() {
-    button("mouseup", WL_POINTER_BUTTON_STATE_RELEASED);
-}
-
-void Mouse::button(const char* command, std::uint32_t state) {
+void Mouse::button(Button button) {
     if (!pointer_)
-        return x({command, "3"});
-    zwlr_virtual_pointer_v1_button(pointer_, 0, kRight, state);
+        return x({button == Button::Down ? "mousedown" : "mouseup", "3"});
+    zwlr_virtual_pointer_v1_button(pointer_, 0, kRight, static_cast<std::uint32_t>(button));
     send();
 }
 

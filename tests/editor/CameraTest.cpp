@@ -1,4 +1,5 @@
 #include "CameraControls.hpp"
+#include "Entities.hpp"
 
 #include <tarvik/app/AppOptions.hpp>
 
@@ -7,7 +8,7 @@
 #include <glm/vec4.hpp>
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <algorithm>
 
 namespace tarvik::editor {
 namespace {
@@ -37,10 +38,7 @@ glm::vec2 seenAt(const CameraView& view, const glm::vec3& point) {
 class CameraTest : public testing::Test {
 protected:
     CameraTest() {
-        Entity box;
-        box.mesh = Mesh::Cube;
-        box.transform.position = {3.0F, 1.0F, -2.0F};
-        scene_.add(std::move(box));
+        scene_.add(test::entityOf(Mesh::Cube, {}, {3.0F, 1.0F, -2.0F}));
         app::AppOptions standing;
         standing.still = true;
         startFrom(standing);
@@ -72,38 +70,23 @@ TEST_F(CameraTest, CirclesUntilTheFirstTouchAndIsTakenOverWhereItIs) {
         const CameraView before = frame(2.0F);
         EXPECT_GT(difference(before, frame(2.0F)), 0.01F);
         const CameraView last = frame();
-        for (const MouseButton button : {MouseButton::Right, MouseButton::Middle}) {
-            input_.setMouseButton(button, true);
-            EXPECT_LT(difference(last, frame(2.0F)), 0.005F) << "no jump, and no more circling";
-            input_.setMouseButton(button, false);
-        }
+        input_.setMouseButton(MouseButton::Right, true);
+        EXPECT_LT(difference(last, frame(2.0F)), 0.005F) << "no jump, and no more circling";
+        input_.setMouseButton(MouseButton::Right, false);
         EXPECT_LT(difference(last, frame(2.0F)), 0.005F) << "taken over for good";
     }
 }
 
-TEST_F(CameraTest, MovesOfThePointerBeforeTheDragDoNotCount) {
-    input_.setMouseButton(MouseButton::Left, true); // is not the camera's
-    controls_.pointerAt({0.9F, 0.9F}, {});
-    frame(0.0F);
-    const CameraView last = frame(0.0F);
-    input_.setMouseButton(MouseButton::Middle, true);
-    EXPECT_LT(difference(last, frame()), 1e-4F);
-}
-
 TEST_F(CameraTest, KeysMoveItOnlyInMouseLookAndInAnActiveWindow) {
-    input_.setMouseButton(MouseButton::Middle, true);
-    const CameraView start = frame();
     for (const Key key : {Key::W, Key::A, Key::S, Key::D, Key::Q, Key::E}) {
-        input_.setKey(key, true);
-        EXPECT_EQ(difference(start, frame()), 0.0F);
-        input_.setMouseButton(MouseButton::Right, true);
-        EXPECT_EQ(difference(start, frame(0.02F, false)), 0.0F);
-        const CameraView moved = frame();
-        EXPECT_GT(difference(start, moved), 0.05F) << static_cast<int>(key);
-        input_.setKey(key, false);
-        input_.setMouseButton(MouseButton::Right, false);
         controls_.show(&scene_, Viewpoint::New);
-        frame(0.0F);
+        const CameraView start = frame(0.0F);
+        input_.setKey(key, true);
+        EXPECT_LT(difference(start, frame()), 1e-5F);
+        input_.setMouseButton(MouseButton::Right, true);
+        EXPECT_LT(difference(start, frame(0.02F, false)), 1e-5F);
+        EXPECT_GT(difference(start, frame()), 0.05F) << static_cast<int>(key);
+        input_.releaseAll();
     }
 }
 
@@ -122,64 +105,51 @@ TEST_F(CameraTest, FliesAsFarInOneSecondAtEveryFrameRate) {
 }
 
 TEST_F(CameraTest, NeitherFlipsNorRollsWhenDraggedBeyondThePoles) {
-    for (const bool orbiting : {false, true}) {
-        for (const float direction : {-1.0F, 1.0F}) {
-            input_.setMouseButton(orbiting ? MouseButton::Middle : MouseButton::Right, true);
-            controls_.pointerAt({}, orbiting ? Qt::AltModifier : Qt::NoModifier);
-            const float startsAside = ahead(frame()).x;
-            CameraView view;
-            for (int i = 0; i < 200; ++i) {
-                input_.addMouseDelta({0.0F, direction * 20.0F});
-                view = frame();
-                ASSERT_GE(up(view).y, -1e-4F) << "upside down";
-                ASSERT_NEAR(view.view[1][0], 0.0F, 1e-4F) << "the horizon is level";
-            }
-            EXPECT_NEAR(ahead(view).y, -direction, 1e-4F) << "straight up or down";
-            EXPECT_EQ(startsAside < 0.0F, up(view).x * direction < 0.0F) << "still turned to the same side";
-            input_.releaseAll();
-            controls_.show(&scene_, Viewpoint::New);
+    for (const float direction : {-1.0F, 1.0F}) {
+        input_.setMouseButton(MouseButton::Right, true);
+        const float startsAside = ahead(frame()).x;
+        CameraView view;
+        for (int i = 0; i < 200; ++i) {
+            input_.addMouseDelta({0.0F, direction * 20.0F});
+            view = frame();
+            ASSERT_GE(up(view).y, -1e-4F) << "upside down";
+            ASSERT_NEAR(view.view[1][0], 0.0F, 1e-4F) << "the horizon is level";
         }
+        EXPECT_NEAR(ahead(view).y, -direction, 1e-4F) << "straight up or down";
+        EXPECT_EQ(startsAside < 0.0F, up(view).x * direction < 0.0F) << "still turned to the same side";
+        input_.releaseAll();
+        controls_.show(&scene_, Viewpoint::New);
     }
 }
 
-TEST_F(CameraTest, FramingShowsAllOfItInTheMiddle) {
+TEST_F(CameraTest, WhatIsFramedIsOrbitedInTheMiddleAndPannedWithThePointer) {
+    const glm::vec3 pivot{-5.0F, 2.0F, 9.0F};
     for (const float radius : {0.001F, 1.0F, 1000.0F}) {
-        const glm::vec3 centre{-5.0F, 2.0F, 9.0F};
-        controls_.frame({centre, radius});
-        const CameraView view = frame();
-        EXPECT_LT(glm::length(seenAt(view, centre)), 1e-3F);
-        const float edge = seenAt(view, centre + radius * up(view)).y;
-        EXPECT_LT(edge, 0.0F);
-        EXPECT_GT(edge, -1.0F);
-        EXPECT_GT(glm::distance(view.position, centre), radius + Camera{}.nearPlane);
+        SCOPED_TRACE(radius);
+        controls_.frame({pivot, radius});
+        const CameraView framed = frame();
+        const float edge = seenAt(framed, pivot + radius * up(framed)).y;
+        EXPECT_TRUE(edge < 0.0F && edge > -1.0F) << edge;
+        const float distance = glm::distance(framed.position, pivot);
+        EXPECT_GT(distance, radius + Camera{}.nearPlane);
+
+        controls_.pointerAt({}, Qt::AltModifier);
+        input_.setMouseButton(MouseButton::Left, true);
+        input_.addMouseDelta({150.0F, -40.0F});
+        const CameraView orbited = frame();
+        EXPECT_GT(glm::distance(ahead(framed), ahead(orbited)), 0.5F);
+        EXPECT_LT(glm::length(seenAt(orbited, pivot)), 1e-3F);
+        EXPECT_NEAR(glm::distance(orbited.position, pivot) / distance, 1.0F, 1e-3F);
+        input_.releaseAll();
+
+        controls_.pointerAt({0.1F, 0.1F}, {}); // no drag yet
+        input_.setMouseButton(MouseButton::Middle, true);
+        frame(0.0F);
+        controls_.pointerAt({0.5F, -0.2F}, {});
+        const glm::vec2 panned = seenAt(frame(), pivot);
+        EXPECT_LT(glm::distance(panned, {0.4F, -0.3F}), 2e-3F) << panned.x << ' ' << panned.y;
+        input_.releaseAll();
     }
-}
-
-TEST_F(CameraTest, PanningKeepsWhatIsUnderThePointerThere) {
-    const glm::vec3 pivot{1.0F, 2.0F, 3.0F};
-    controls_.frame({pivot, 2.0F});
-    frame();
-    input_.setMouseButton(MouseButton::Middle, true);
-    controls_.pointerAt({0.1F, 0.1F}, {});
-    frame(0.0F);
-    const glm::vec2 before = seenAt(controls_.seen(), pivot);
-    controls_.pointerAt({0.5F, -0.2F}, {});
-    const glm::vec2 moved = seenAt(frame(), pivot) - before;
-    EXPECT_NEAR(moved.x, 0.4F, 1e-3F);
-    EXPECT_NEAR(moved.y, -0.3F, 1e-3F);
-}
-
-TEST_F(CameraTest, OrbitingLooksAtTheSamePointFromTheSameDistance) {
-    const glm::vec3 pivot{1.0F, 2.0F, 3.0F};
-    controls_.frame({pivot, 2.0F});
-    const CameraView before = frame();
-    controls_.pointerAt({}, Qt::AltModifier);
-    input_.setMouseButton(MouseButton::Left, true);
-    input_.addMouseDelta({150.0F, -40.0F});
-    const CameraView after = frame();
-    EXPECT_GT(difference(before, after), 0.5F);
-    EXPECT_LT(glm::length(seenAt(after, pivot)), 1e-3F);
-    EXPECT_NEAR(glm::distance(after.position, pivot), glm::distance(before.position, pivot), 1e-3F);
 }
 
 TEST_F(CameraTest, TheWheelSetsTheSpeedInMouseLookAndElseTheDistance) {
@@ -190,22 +160,6 @@ TEST_F(CameraTest, TheWheelSetsTheSpeedInMouseLookAndElseTheDistance) {
     input_.setMouseButton(MouseButton::Right, true);
     input_.addScroll(-3.0F);
     EXPECT_EQ(difference(nearer, frame()), 0.0F);
-}
-
-TEST_F(CameraTest, StaysInTheWorldWhateverItIsAsked) {
-    input_.setMouseButton(MouseButton::Right, true);
-    input_.setKey(Key::W, true);
-    for (const float extreme : {1e4F, -1e4F}) {
-        input_.addScroll(extreme);
-        input_.addMouseDelta({extreme, extreme});
-        frame(0.25F);
-        controls_.frame({{}, extreme});
-        input_.setMouseButton(MouseButton::Right, false);
-        input_.addScroll(extreme);
-        const CameraView view = frame(0.0F);
-        for (int axis = 0; axis < 3; ++axis)
-            EXPECT_TRUE(std::isfinite(view.position[axis]) && std::isfinite(view.view[axis][axis]));
-    }
 }
 
 } // namespace

@@ -14,10 +14,7 @@
 #include <QScrollBar>
 #include <QTableView>
 
-#include <atomic>
 #include <memory>
-#include <thread>
-#include <vector>
 
 namespace tarvik::editor {
 namespace {
@@ -40,46 +37,19 @@ struct PanelUnderTest {
     [[nodiscard]] QString message(int row) const { return table().model()->index(row, 3).data().toString(); }
 };
 
-TEST(LogPanelTest, AFloodFromThreadsComesInBatchesAndLeavesTheTableBounded) {
-    constexpr int kLinesEach = 25'000;
+TEST(LogPanelTest, AFloodComesInBatchesAndLeavesTheTableBounded) {
+    constexpr int kLines = 100'000;
     PanelUnderTest shown;
     const auto& model = *shown.table().model();
     int batches = 0;
-    const auto count = [&batches] {
-        ++batches;
-    };
-    QObject::connect(&model, &QAbstractItemModel::rowsInserted, &model, count);
-    QObject::connect(&model, &QAbstractItemModel::modelReset, &model, count);
-    std::atomic<int> running = 4;
-    std::vector<std::jthread> threads;
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([&] {
-            for (int i = 0; i < kLinesEach; ++i)
-                shown.log(LogLevel::Info, "line");
-            --running;
-        });
-    }
-    ASSERT_TRUE(pumpUntil([&] { return running == 0; }));
-    threads.clear();
+    QObject::connect(&model, &QAbstractItemModel::rowsInserted, &model, [&] { ++batches; });
+    QObject::connect(&model, &QAbstractItemModel::modelReset, &model, [&] { ++batches; });
+    for (int i = 0; i < kLines; ++i)
+        shown.log(LogLevel::Info, "line");
     shown.log(LogLevel::Info, "last");
     ASSERT_TRUE(pumpUntil([&] { return shown.rows() > 0 && shown.message(shown.rows() - 1) == "last"; }));
     EXPECT_EQ(shown.rows(), static_cast<int>(LogBridge::kHistory));
-    EXPECT_LT(batches, kLinesEach / 10) << "one by one, lines would hold the event loop for seconds";
-}
-
-TEST(LogPanelTest, MayBeDestroyedWhileOthersLog) {
-    PanelUnderTest shown;
-    std::atomic<bool> stop = false;
-    const std::jthread logging([&] {
-        while (!stop)
-            shown.log(LogLevel::Info, "line");
-    });
-    for (int i = 0; i < 50; ++i) {
-        shown.panel = std::make_unique<LogPanel>();
-        shown.panel->attach(shown.bridge);
-    }
-    shown.panel.reset();
-    stop = true;
+    EXPECT_LT(batches, kLines / 10) << "one by one, lines would hold the event loop for seconds";
 }
 
 TEST(LogPanelTest, FiltersByLevelAndTextAndCopiesWhatIsShown) {

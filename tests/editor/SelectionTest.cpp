@@ -1,3 +1,4 @@
+#include "Entities.hpp"
 #include "SceneTree.hpp"
 #include "SceneViewClient.hpp"
 
@@ -19,13 +20,11 @@ using Chosen = std::optional<std::size_t>;
 // The list and the view of a scene with a ball in the middle and a box to its right, joined as in the window.
 class SelectionTest : public testing::Test {
 protected:
-    SelectionTest() : client_(lookingAtTheBall()) {
+    SelectionTest() {
         auto scene = std::make_shared<Scene>("Main");
         for (const Mesh mesh : {Mesh::Sphere, Mesh::Cube}) {
-            Entity entity;
+            Entity entity = test::entityOf(mesh, {}, {mesh == Mesh::Sphere ? 0.0F : 2.0F, 0.0F, 0.0F});
             entity.name = mesh == Mesh::Sphere ? "Ball" : "Box";
-            entity.mesh = mesh;
-            entity.transform.position.x = mesh == Mesh::Sphere ? 0.0F : 2.0F;
             scene->add(std::move(entity));
         }
         client_.setScene(scene);
@@ -49,7 +48,7 @@ protected:
     }
     Chosen tinted() { return client_.renderSettings().selected; }
 
-    SceneViewClient client_;
+    SceneViewClient client_{lookingAtTheBall()};
     SceneTree tree_;
     QTreeView* view_ = tree_.findChild<QTreeView*>();
 };
@@ -73,21 +72,6 @@ TEST_F(SelectionTest, AFilterHidesTheSelectedEntityWithoutSelectingAnother) {
     EXPECT_EQ(listed(), "");
     filter->clear();
     EXPECT_EQ(listed(), "Ball");
-}
-
-TEST_F(SelectionTest, AnotherSceneStartsWithNothingSelected) {
-    client_.clicked({0.0F, 0.0F});
-    const auto another = std::make_shared<Scene>("Empty");
-    client_.setScene(another);
-    tree_.setScene(another);
-    EXPECT_EQ(tinted(), std::nullopt);
-    EXPECT_EQ(listed(), "");
-}
-
-TEST_F(SelectionTest, AClickThatEndsAnOrbitSelectsNothing) {
-    static_cast<void>(client_.mousePressed({0.0F, 0.0F}, Qt::LeftButton, Qt::AltModifier));
-    client_.clicked({0.0F, 0.0F});
-    EXPECT_EQ(tinted(), std::nullopt);
 }
 
 } // namespace

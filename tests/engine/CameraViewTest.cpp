@@ -1,7 +1,5 @@
 #include <tarvik/scene/CameraView.hpp>
 
-#include <glm/geometric.hpp>
-#include <glm/matrix.hpp>
 #include <glm/vec4.hpp>
 #include <gtest/gtest.h>
 
@@ -20,17 +18,6 @@ TEST(CameraViewTest, WorldLandsInVulkansReversedClipSpace) {
     EXPECT_NEAR(project(camera, {0.0F, 5.0F, 0.0F}).y, -1.0F, 1e-5F) << "up is towards -1";
     EXPECT_NEAR(project(camera, {10.0F, 0.0F, 0.0F}).x, 1.0F, 1e-5F) << "right edge, wider than high";
     EXPECT_EQ(camera.position, glm::vec3(0.0F, 0.0F, 5.0F));
-}
-
-TEST(CameraViewTest, EveryDirectionEvenStraightUpGivesARigidViewOfTheTarget) {
-    const glm::vec3 eye(1.0F, 2.0F, 3.0F);
-    for (const glm::vec3 direction : {glm::vec3(0.0F, 1.0F, 0.0F), glm::vec3(1e-6F, -1.0F, 0.0F),
-                                      glm::vec3(0.0F, 0.0F, -1e-4F), glm::vec3(3000.0F, 1.0F, 2.0F)}) {
-        const CameraView camera = lookAt(eye, eye + direction, 1.0F, 1.5F, 0.1F);
-        EXPECT_NEAR(glm::determinant(glm::mat3(camera.view)), 1.0F, 1e-4F) << direction.x;
-        const glm::vec3 seen = project(camera, eye + direction);
-        EXPECT_LT(glm::length(glm::vec2(seen)), 1e-3F) << direction.x;
-    }
 }
 
 } // namespace

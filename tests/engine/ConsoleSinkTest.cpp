@@ -18,8 +18,7 @@ std::string shown(const std::string& message) {
 TEST(ConsoleSinkTest, NothingInALineDrivesTheTerminal) {
     const std::pair<std::string, std::string> cases[] = {
         {"plain \xc3\xa4 \xf0\x9f\x8e\xae\ttab", "plain \xc3\xa4 \xf0\x9f\x8e\xae\ttab"},
-        {"\x1b[2J", "\\x1b[2J"},
-        {"two\nlines\r", "two\\nlines\\x0d"},
+        {"\x1b[2J two\nlines\r", "\\x1b[2J two\\nlines\\x0d"},
         {std::string("nul\0!", 5), "nul\\x00!"},
         {"C1 \xc2\x9b", "C1 \\xc2\\x9b"},
         {"stray \x9b\xc3", "stray \\x9b\\xc3"},

@@ -24,11 +24,8 @@ TEST(JsonFileTest, BadContentIsReportedWithItsPlace) {
     const std::tuple<std::string, std::string, std::string> cases[] = {
         {"", ":1:1: ", "unexpected end of input"},
         {"[1]", ":1:1: ", "an object is expected, not a"},
-        {"{\n  \"a\": 1,\n  b\n}", ":3:3: ", ""},
         {"{\"\xc3\xa4\xc3\xb6\": x}", ":1:8: ", "invalid literal"},
         {"{\"a\": \"\xe4\"}", ":1:9: ", "UTF-8"},
-        {"{\"a\": 1e999}", ":1:1: ", "1e999"},
-        {"{} {}", ":1:4: ", "expected end of input"},
         {std::string("{\"a\": 1}\0", 9), ":1:9: ", "NUL"},
         {"{\n\"a\": " + repeated("[", 64) + repeated("]", 64) + "}", ":2:69: ", "deeper than 64"},
         {repeated("{\"a\":", 100'000), ":1:321: ", "deeper than 64"},

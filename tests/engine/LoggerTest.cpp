@@ -41,25 +41,20 @@ TEST(LoggerTest, SinkIsNeverCalledAfterItsRemovalWhileOtherThreadsLog) {
             while (!stop)
                 logLine();
         });
-    std::vector<std::jthread> removers;
-    for (int i = 0; i < 2; ++i)
-        removers.emplace_back([&] {
-            for (int round = 0; round < 300; ++round) {
-                int called = 0; // not atomic: a call that removeSink does not wait for is a data race too
-                std::atomic<bool> removed = false;
-                std::mutex mutex;
-                const auto sink = addSink([&](const LogMessage&) {
-                    const std::lock_guard lock(mutex);
-                    ++called;
-                    callsAfterRemoval += removed ? 1 : 0;
-                });
-                logLine();
-                Logger::instance().removeSink(sink);
-                removed = true;
-                EXPECT_GE(called, 1);
-            }
+    for (int round = 0; round < 500; ++round) {
+        int called = 0; // not atomic: a call that removeSink does not wait for is a data race too
+        std::atomic<bool> removed = false;
+        std::mutex mutex;
+        const auto sink = addSink([&](const LogMessage&) {
+            const std::lock_guard lock(mutex);
+            ++called;
+            callsAfterRemoval += removed ? 1 : 0;
         });
-    removers.clear();
+        logLine();
+        Logger::instance().removeSink(sink);
+        removed = true;
+        EXPECT_GE(called, 1);
+    }
     stop = true;
     threads.clear();
     EXPECT_EQ(callsAfterRemoval, 0);
@@ -134,9 +129,9 @@ TEST(LoggerTest, SinkThatLogsAboutEveryLineEndsAndReachesTheOthers) {
     EXPECT_GT(eager, 1);
     EXPECT_LE(eager, 16);
     EXPECT_EQ(quiet, eager);
-    const int before = std::exchange(eager, 1);
+    eager = 1;
     logLine();
-    EXPECT_GT(eager, 2) << "the depth counts anew for each line, " << before << " at first";
+    EXPECT_GT(eager, 2) << "the depth counts anew for each line";
     Logger::instance().removeSink(eagerSink);
     Logger::instance().removeSink(quietSink);
 }
@@ -149,18 +144,6 @@ TEST(LoggerTest, SinkThatThrowsHarmsNobody) {
     Logger::instance().removeSink(throwing); // hangs if the call that threw still counts as running
     Logger::instance().removeSink(after);
     EXPECT_EQ(lines, 1);
-}
-
-TEST(LoggerTest, HelpersFormatOnlyWhatPassesTheThreshold) {
-    std::vector<std::string> lines;
-    const auto sink = addSink([&](const LogMessage& msg) { lines.push_back(msg.message); });
-    log::debug("Test", "{}", "dropped");
-    log::warn("Test", "{} of {}", 1, 2);
-    Logger::instance().setThreshold(LogLevel::Error);
-    log::warn("Test", "dropped");
-    Logger::instance().setThreshold(LogLevel::Info);
-    Logger::instance().removeSink(sink);
-    EXPECT_EQ(lines, std::vector<std::string>{"1 of 2"});
 }
 
 } // namespace

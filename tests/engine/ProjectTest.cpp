@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ctime>
-
 namespace tarvik {
 namespace {
 
@@ -29,7 +27,6 @@ TEST(ProjectTest, CreatedProjectOpensInFoldersOfAnyName) {
         auto created = Project::create(root / "./x/..", "Game");
         ASSERT_TRUE(created) << created.error().message;
         EXPECT_TRUE(fs::is_directory(root / "Content"));
-        EXPECT_LE(std::abs(created->createdUnix() - std::time(nullptr)), 60);
         created->setDescription("text \xf0\x9f\x8e\xae");
         created->setDefaultScene("Content/Main.lscene");
         ASSERT_TRUE(created->save());
@@ -75,41 +72,19 @@ TEST(ProjectTest, UnknownFieldsSurviveASave) {
     EXPECT_EQ(saved["name"], "Renamed");
 }
 
-TEST(ProjectTest, FileThatCannotBeUnderstoodIsNamedKeptAsideAndUntouched) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"", ":1:1:"},
-        {"{\"name\": \"Ga", ":1:13:"},
-        {"{}", "\"name\" is missing"},
-        {R"({"name": 3})", "\"name\" must be a text, not 3"},
-        {R"({"name": "G", "defaultScene": null})", "\"defaultScene\""},
-        {R"({"name": "G", "created": "yesterday"})", "\"created\""},
-        {R"({"name": "G", "created": 18446744073709551615})", "\"created\""},
-    };
-    for (const auto& [content, reason] : cases) {
-        const TemporaryFolder folder;
-        const fs::path file = folder / "project.json";
-        writeText(file, content);
-        const std::string error = errorOf(Project::open(folder.path()));
-        EXPECT_TRUE(error.starts_with(file.native()) && error.contains(reason)) << error;
-        EXPECT_EQ(readText(file), content);
-        EXPECT_EQ(readText(folder / "project.json.corrupt-1"), content);
-    }
-}
-
-TEST(ProjectTest, SavingDestroysNeitherDamageNorAbsence) {
+TEST(ProjectTest, NeitherDamageNorAbsenceIsWrittenOver) {
     const TemporaryFolder folder;
     auto project = Project::create(folder / "game", "Game").value();
-    writeText(folder / "game/project.json", "{ half an edit");
+    const fs::path file = folder / "game/project.json";
+    for (const std::string damage : {R"({"name": "G", "created": 18446744073709551615})", "{ half an edit"}) {
+        writeText(file, damage);
+        EXPECT_TRUE(errorOf(Project::open(folder / "game")).starts_with(file.native())) << damage;
+        EXPECT_EQ(readText(file), damage);
+    }
     ASSERT_TRUE(project.save());
-    EXPECT_EQ(readText(folder / "game/project.json.corrupt-1"), "{ half an edit");
+    EXPECT_EQ(readText(file.native() + ".corrupt-2"), "{ half an edit");
     EXPECT_TRUE(Project::open(folder / "game"));
-
-    project.setDescription("not UTF-8: \xff");
-    EXPECT_FALSE(project.save());
-    EXPECT_TRUE(Project::open(folder / "game"));
-
     fs::remove_all(folder / "game");
-    project.setDescription("");
     EXPECT_TRUE(errorOf(project.save()).contains((folder / "game").native()));
     EXPECT_FALSE(fs::exists(folder / "game"));
 }

@@ -1,5 +1,4 @@
-#include "GamepadPoller.hpp"
-#include "LogCapture.hpp"
+#include "GamepadSource.hpp"
 
 #include <tarvik/app/GamepadReader.hpp>
 #include <tarvik/input/InputState.hpp>
@@ -8,13 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <csignal>
-#include <string>
-#include <utility>
-#include <vector>
-
-using namespace std::chrono_literals;
+#include <memory>
+#include <optional>
 
 namespace tarvik::app {
 namespace {
@@ -22,14 +17,14 @@ namespace {
 // A device that exists inside SDL alone; unplugged when it goes.
 class VirtualDevice final {
 public:
-    explicit VirtualDevice(const char* name, std::uint16_t product = 1) {
+    explicit VirtualDevice(const char* name) {
         SDL_VirtualJoystickDesc desc{};
         desc.version = SDL_VIRTUAL_JOYSTICK_DESC_VERSION;
         desc.type = SDL_JOYSTICK_TYPE_GAMECONTROLLER;
         desc.naxes = SDL_CONTROLLER_AXIS_MAX;
         desc.nbuttons = 15;
         desc.vendor_id = 0xF055;
-        desc.product_id = product;
+        desc.product_id = 1;
         desc.name = name;
         joystick_ = SDL_JoystickOpen(SDL_JoystickAttachVirtualEx(&desc));
         setAxis(SDL_CONTROLLER_AXIS_TRIGGERLEFT, -32768);
@@ -59,65 +54,35 @@ private:
 class GamepadSdlTest : public testing::Test {
 protected:
     // Real controllers of the machine stay out of the way.
-    GamepadSdlTest() {
-        SDL_SetHint(SDL_HINT_GAMECONTROLLER_IGNORE_DEVICES_EXCEPT, "0xF055/0x0001,0xF055/0x0002");
-    }
+    GamepadSdlTest() { SDL_SetHint(SDL_HINT_GAMECONTROLLER_IGNORE_DEVICES_EXCEPT, "0xF055/0x0001"); }
 
     std::unique_ptr<GamepadSource> source = GamepadSource::create();
-    test::LogCapture log;
 };
 
 TEST_F(GamepadSdlTest, EveryControlArrivesInXInputsFormAndLeavesNoEvents) {
-    VirtualDevice pad{"pad"};
+    std::optional<VirtualDevice> device{"pad"};
+    VirtualDevice& pad = *device;
     ASSERT_TRUE(source->query(0));
+    EXPECT_EQ(source->name(0), "pad");
     constexpr std::uint16_t bits[] = {0x1000, 0x2000, 0x4000, 0x8000, 0x0020, 0 /* guide */, 0x0010, 0x0040,
                                       0x0080, 0x0100, 0x0200, 0x0001, 0x0002, 0x0004,        0x0008};
     for (int button = 0; button <= SDL_CONTROLLER_BUTTON_DPAD_RIGHT; ++button) {
         pad.setButton(button, true);
-        EXPECT_EQ(source->query(0)->buttons, bits[button]) << "button " << button;
+        EXPECT_EQ(source->query(0).value_or(GamepadReading{}).buttons, bits[button]) << "button " << button;
         pad.setButton(button, false);
     }
-    const std::pair<std::array<std::int16_t, 6>, GamepadReading> rows[] = {
-        {{-32768, -32768, 12345, 12345, 32767, -32768},
-         {.leftTrigger = 255, .leftX = -32768, .leftY = 32767, .rightX = 12345, .rightY = -12345}},
-        {{12345, 32767, 32767, -32768, -32768, 0},
-         {.rightTrigger = 127, .leftX = 12345, .leftY = -32767, .rightX = 32767, .rightY = 32767}},
-    };
-    for (const auto& [axes, reading] : rows) {
-        for (std::size_t axis = 0; axis < axes.size(); ++axis)
-            pad.setAxis(static_cast<int>(axis), axes[axis]);
-        EXPECT_TRUE(source->query(0) == reading) << "left x at " << axes[0];
-    }
+    constexpr std::int16_t axes[] = {-32768, -32768, 12345, 12345, 32767, 0};
+    for (int axis = 0; axis < SDL_CONTROLLER_AXIS_MAX; ++axis)
+        pad.setAxis(axis, axes[axis]);
+    EXPECT_TRUE(source->query(0) == (GamepadReading{.leftTrigger = 255,
+                                                    .rightTrigger = 127,
+                                                    .leftX = -32768,
+                                                    .leftY = 32767,
+                                                    .rightX = 12345,
+                                                    .rightY = -12345}));
+    device.reset();
+    EXPECT_FALSE(source->query(0)) << "unplugged";
     EXPECT_EQ(SDL_PeepEvents(nullptr, 0, SDL_PEEKEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT), 0);
-}
-
-TEST_F(GamepadSdlTest, FollowsOneControllerThroughHotPlug) {
-    GamepadPoller poller{std::move(source)};
-    InputState input;
-    const auto pollAt = [&](std::chrono::milliseconds time) {
-        poller.poll(input, GamepadPoller::TimePoint{time});
-    };
-    pollAt(0ms);
-    EXPECT_FALSE(input.gamepadConnected());
-    auto first = std::make_unique<VirtualDevice>("first pad");
-    VirtualDevice second{"second pad", 2}; // SDL keeps a name per model
-    pollAt(2s);
-    EXPECT_TRUE(input.gamepadConnected());
-    first->setButton(SDL_CONTROLLER_BUTTON_X, true);
-    second.setButton(SDL_CONTROLLER_BUTTON_Y, true);
-    pollAt(3s);
-    EXPECT_TRUE(input.isHeld(GamepadButton::X));
-    EXPECT_FALSE(input.isHeld(GamepadButton::Y)) << "only the first that answers is read";
-
-    first.reset();
-    pollAt(3500ms);
-    EXPECT_FALSE(input.gamepadConnected());
-    EXPECT_FALSE(input.isHeld(GamepadButton::X));
-    pollAt(4s);
-    EXPECT_TRUE(input.isHeld(GamepadButton::Y));
-    EXPECT_EQ(log.lines(LogLevel::Info, "Input"),
-              (test::Lines{"gamepad connected (first pad)", "gamepad disconnected",
-                           "gamepad connected (second pad)"}));
 }
 
 TEST_F(GamepadSdlTest, ReadersShareAControllerAndTheLastOneEndsTheSubsystem) {
@@ -130,8 +95,7 @@ TEST_F(GamepadSdlTest, ReadersShareAControllerAndTheLastOneEndsTheSubsystem) {
         pad.setButton(SDL_CONTROLLER_BUTTON_A, true);
         InputState input;
         one->poll(input);
-        other.poll(input);
-        EXPECT_EQ(log.lines(LogLevel::Info, "Input"), test::Lines(2, "gamepad connected (shared pad)"));
+        EXPECT_TRUE(input.isHeld(GamepadButton::A));
         one.reset();
         input = {};
         other.poll(input);

@@ -6,7 +6,7 @@
 namespace tarvik::scripted {
 
 void Script::note(const std::string& name, std::string details) {
-    events.push_back({name, std::move(details), std::chrono::steady_clock::now()});
+    events.push_back({name, std::move(details)});
     // A copy, because what runs may set up the next call.
     if (const auto action = on[name])
         action();

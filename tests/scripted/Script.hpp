@@ -2,7 +2,6 @@
 
 #include <tarvik/renderer/Renderer.hpp>
 
-#include <chrono>
 #include <functional>
 #include <map>
 #include <optional>
@@ -14,7 +13,6 @@ namespace tarvik::scripted {
 struct Event {
     std::string name;    // "target+" is the making of a present target, "target-" its end
     std::string details; // the arguments in words
-    std::chrono::steady_clock::time_point time;
 };
 
 // What the scripted renderer does, set by the test, and what was asked of it. For one thread.

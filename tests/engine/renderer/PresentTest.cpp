@@ -15,7 +15,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
-#include <utility>
 
 namespace tarvik {
 
@@ -161,14 +160,8 @@ TEST_F(PresentTest, AFrameThatIsBrokenOffHarmsNoneThatFollows) {
     const test::TemporaryFolder shaders;
     test::writeText(shaders / "mesh.frag.spv", "no shader");
     open(Watch::Validated, {.shaderDirectory = shaders.path().wstring()});
-    for (int i = 0; i < 2; ++i) {
-        try {
-            render();
-            FAIL();
-        } catch (const rhi::VulkanError& error) {
-            EXPECT_TRUE(std::string_view(error.what()).contains("mesh.frag.spv")) << error.what();
-        }
-    }
+    for (int i = 0; i < 2; ++i)
+        EXPECT_THROW(render(), rhi::VulkanError);
     std::filesystem::remove(shaders / "mesh.frag.spv");
     for (int i = 0; i < 5; ++i)
         EXPECT_TRUE(renderUntil(FrameResult::Presented));
@@ -180,6 +173,16 @@ TEST_F(PresentTest, ASlowPictureDoesNotHoldTheCaller) {
     drawSlowly(150);
     EXPECT_TRUE(renderUntil(FrameResult::Skipped));
     EXPECT_TRUE(renderUntil(FrameResult::Presented));
+}
+
+TEST_F(PresentTest, ASteadyFrameAllocatesNothing) {
+    open(Watch::Unwatched);
+    for (int i = 0; i < 10; ++i)
+        ASSERT_TRUE(renderUntil(FrameResult::Presented));
+    const int before = test::allocations;
+    for (int i = 0; i < 10; ++i)
+        renderUntil(FrameResult::Presented);
+    EXPECT_EQ(test::allocations, before);
 }
 
 TEST_F(PresentTest, SlowTargetsTakeTurnsUntilOneIsDrawnToNoMore) {
@@ -204,16 +207,6 @@ TEST_F(PresentTest, SlowTargetsTakeTurnsUntilOneIsDrawnToNoMore) {
     EXPECT_TRUE(renderUntil(FrameResult::Skipped)); // drawn and not presented
     std::swap(target_, other);
     EXPECT_TRUE(renderUntil(FrameResult::Presented));
-}
-
-TEST_F(PresentTest, ASteadyFrameAllocatesNothing) {
-    open(Watch::Unwatched);
-    for (int i = 0; i < 10; ++i)
-        ASSERT_TRUE(renderUntil(FrameResult::Presented));
-    const int before = test::allocations;
-    for (int i = 0; i < 10; ++i)
-        renderUntil(FrameResult::Presented);
-    EXPECT_EQ(test::allocations, before);
 }
 
 } // namespace

@@ -1,49 +1,16 @@
-#include "ContextImpl.hpp"
-#include "Drawing.hpp"
 #include "TemporaryFolder.hpp"
 
 #include <tarvik/renderer/Errors.hpp>
 #include <tarvik/renderer/Instance.hpp>
+#include <tarvik/renderer/RenderContext.hpp>
 
-#include <fmt/format.h>
-#include <fmt/ranges.h>
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <iostream>
 
 namespace tarvik {
 namespace {
-
-class StartUpTest : public test::DrawingTest {};
-
-TEST_F(StartUpTest, ContextsMayFollowOneAnotherAndDoNotDisturbEachOther) {
-    for (int i = 0; i < 3; ++i) {
-        renderer_.reset();
-        start({"VK_KHR_surface"});
-        const render::RenderContext other({});
-        EXPECT_FALSE(rhi::Instance::availableGpus().empty());
-        ASSERT_TRUE(renderer_->capture(Scene("empty"), {}, {8, 8}, {}).has_value());
-    }
-}
-
-TEST_F(StartUpTest, ACacheThatCannotBeUsedIsDoneWithout) {
-    expected_ = "the pipeline cache was not saved";
-    start();
-    const auto& uuid = context_->impl().device.properties.pipelineCacheUUID;
-    const std::string name = fmt::format("pipelines-{:02x}.bin", fmt::join(uuid, ""));
-    const test::TemporaryFolder folder;
-    std::filesystem::create_directory(folder / "damaged");
-    test::writeText(folder / "damaged" / name, std::string(1000, 'x'));
-    std::filesystem::create_directories(folder / "occupied" / name);
-    test::writeText(folder / "file", "no folder");
-    for (const std::wstring& place :
-         {folder.path().wstring() + L"/damaged", folder.path().wstring() + L"/occupied",
-          folder.path().wstring() + L"/file", std::wstring(1, wchar_t{0xD800})}) {
-        renderer_.reset();
-        start({}, Watch::Validated, {.pipelineCacheDirectory = place});
-        EXPECT_TRUE(renderer_->capture(Scene("empty"), {}, {8, 8}, {}).has_value());
-    }
-}
 
 // The loader reads its environment once, so this runs in a process of its own.
 [[noreturn]] void startAndExit() {
