@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
     app::AppContext context{app::AppOptions{}};
     bench::IdleClient client;
     std::vector<std::unique_ptr<app::VulkanViewport>> viewports;
+    viewports.reserve(arguments.at(1).toUInt());
     for (int i = 0; i < arguments.at(1).toInt(); ++i)
         viewports.push_back(std::make_unique<app::VulkanViewport>(context, client));
 

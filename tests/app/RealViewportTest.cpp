@@ -48,8 +48,6 @@ protected:
         scene_.add(test::entityOf(Mesh::Cube, {220, 30, 30}, {}, glm::vec3(2.0F)));
         client_.scene = &scene_;
         window_->resize(640, 400);
-        dock_ = addDock();
-        other_ = addDock();
         window_->show();
     }
 
@@ -77,8 +75,8 @@ protected:
     Scene scene_{"Test"};
     test::Client client_;
     std::unique_ptr<QMainWindow> window_ = std::make_unique<QMainWindow>();
-    Dock* dock_ = nullptr;
-    Dock* other_ = nullptr;
+    Dock* dock_ = addDock();
+    Dock* other_ = addDock();
 };
 
 // How many pixels of the image look like the colour.

@@ -16,7 +16,7 @@ glm::quat turned(float degrees, const glm::vec3& axis) {
     return glm::angleAxis(glm::radians(degrees), axis);
 }
 
-Entity entityOf(Mesh mesh, const Transform& transform = {}) {
+Entity placed(Mesh mesh, const Transform& transform = {}) {
     Entity entity;
     entity.mesh = mesh;
     entity.transform = transform;
@@ -39,21 +39,21 @@ TEST(PickTest, HitsExactlyWhatIsSeen) {
         bool hit;
     };
     for (const auto& [name, entity, ray, hit] : std::initializer_list<Case>{
-             {"cube", entityOf(Mesh::Cube), at(0.4F, 0.4F), true},
-             {"turned", entityOf(Mesh::Cube, {.rotation = turned(45.0F, kZ)}), at(0.6F, 0.0F), true},
+             {"cube", placed(Mesh::Cube), at(0.4F, 0.4F), true},
+             {"turned", placed(Mesh::Cube, {.rotation = turned(45.0F, kZ)}), at(0.6F, 0.0F), true},
              {"scaled, then turned",
-              entityOf(Mesh::Cube, {.rotation = turned(90.0F, kZ), .scale = {4.0F, 0.1F, 1.0F}}),
+              placed(Mesh::Cube, {.rotation = turned(90.0F, kZ), .scale = {4.0F, 0.1F, 1.0F}}),
               at(0.0F, 1.9F), true},
-             {"mirrored", entityOf(Mesh::Cube, {.scale = glm::vec3(-2.0F)}), at(0.9F, 0.0F), true},
-             {"behind", entityOf(Mesh::Cube, {.position = {0.0F, 0.0F, 7.0F}}), at(0.0F, 0.0F), false},
-             {"around", entityOf(Mesh::Cube, {.position = {0.0F, 0.0F, 5.0F}}), at(0.0F, 0.0F), false},
-             {"sphere has no corners", entityOf(Mesh::Sphere), at(0.4F, 0.4F), false},
-             {"cylinder from the side", entityOf(Mesh::Cylinder), at(0.45F, 0.45F), true},
-             {"cylinder from above", entityOf(Mesh::Cylinder), {{0.45F, 5.0F, 0.45F}, -kY}, false},
-             {"plane from above", entityOf(Mesh::Plane), {{0.4F, 5.0F, 0.4F}, -kY}, true},
-             {"plane from below", entityOf(Mesh::Plane), {{0.4F, -5.0F, 0.4F}, kY}, true},
-             {"scale of zero", entityOf(Mesh::Cube, {.scale = glm::vec3(0.0F)}), at(0.1F, 0.0F), false},
-             {"no number", entityOf(Mesh::Sphere, {.position = glm::vec3(kNan)}), at(0.0F, 0.0F), false},
+             {"mirrored", placed(Mesh::Cube, {.scale = glm::vec3(-2.0F)}), at(0.9F, 0.0F), true},
+             {"behind", placed(Mesh::Cube, {.position = {0.0F, 0.0F, 7.0F}}), at(0.0F, 0.0F), false},
+             {"around", placed(Mesh::Cube, {.position = {0.0F, 0.0F, 5.0F}}), at(0.0F, 0.0F), false},
+             {"sphere has no corners", placed(Mesh::Sphere), at(0.4F, 0.4F), false},
+             {"cylinder from the side", placed(Mesh::Cylinder), at(0.45F, 0.45F), true},
+             {"cylinder from above", placed(Mesh::Cylinder), {{0.45F, 5.0F, 0.45F}, -kY}, false},
+             {"plane from above", placed(Mesh::Plane), {{0.4F, 5.0F, 0.4F}, -kY}, true},
+             {"plane from below", placed(Mesh::Plane), {{0.4F, -5.0F, 0.4F}, kY}, true},
+             {"scale of zero", placed(Mesh::Cube, {.scale = glm::vec3(0.0F)}), at(0.1F, 0.0F), false},
+             {"no number", placed(Mesh::Sphere, {.position = glm::vec3(kNan)}), at(0.0F, 0.0F), false},
          }) {
         Scene scene("one");
         scene.add(entity);
@@ -64,7 +64,7 @@ TEST(PickTest, HitsExactlyWhatIsSeen) {
 TEST(PickTest, TheNearerOneWinsWhateverTheirOrder) {
     Scene scene("floor, box and ceiling");
     for (const float height : {-1.0F, 0.0F, 2.0F})
-        scene.add(entityOf(height == 0.0F ? Mesh::Cube : Mesh::Plane, {.position = {0.0F, height, 0.0F}}));
+        scene.add(placed(height == 0.0F ? Mesh::Cube : Mesh::Plane, {.position = {0.0F, height, 0.0F}}));
     EXPECT_EQ(pick(scene, {{0.0F, 1.0F, 0.0F}, -kY}), 1U);
     EXPECT_EQ(pick(scene, {{0.0F, 5.0F, 0.0F}, -kY}), 2U);
     EXPECT_EQ(pick(scene, {{0.0F, -5.0F, 0.0F}, kY}), 0U);

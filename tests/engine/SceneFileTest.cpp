@@ -65,7 +65,7 @@ TEST(SceneFileTest, SceneThatCouldNotBeLoadedAgainIsNotSaved) {
     const auto file = folder / "s.lscene";
     writeText(file, "before");
     Scene broken("s");
-    broken.add(entityOf(Mesh::None, {}, glm::vec3(std::nanf(""))));
+    broken.add(test::entityOf(Mesh::None, {}, glm::vec3(std::nanf(""))));
     EXPECT_TRUE(errorOf(saveScene(broken, file)).contains("\"position\""));
     EXPECT_EQ(readText(file), "before");
 }

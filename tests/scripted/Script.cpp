@@ -1,6 +1,7 @@
 #include "Script.hpp"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 namespace tarvik::scripted {
@@ -24,9 +25,9 @@ std::ptrdiff_t Script::count(const std::string& name) const {
 }
 
 std::string Script::details(const std::string& name) const {
-    const auto event =
-        std::find_if(events.rbegin(), events.rend(), [&](const Event& e) { return e.name == name; });
-    return event == events.rend() ? std::string() : event->details;
+    const auto latestFirst = events | std::views::reverse;
+    const auto event = std::ranges::find(latestFirst, name, &Event::name);
+    return event == latestFirst.end() ? std::string() : event->details;
 }
 
 Script& script() {
