@@ -1,22 +1,11 @@
 // The renderer library's classes, doing nothing. The program has them itself, so the linker takes none from
 // the scripted renderer, whose log would cost more than the frame.
-#include <tarvik/renderer/Errors.hpp>
 #include <tarvik/renderer/Instance.hpp>
 #include <tarvik/renderer/PresentTarget.hpp>
 #include <tarvik/renderer/RenderContext.hpp>
 #include <tarvik/renderer/Renderer.hpp>
 
 namespace tarvik::rhi {
-
-VulkanError::VulkanError(const std::string& message, VkResult result)
-    : std::runtime_error(message),
-      result_(result) {}
-VulkanError::~VulkanError() = default;
-UnsupportedHardwareError::UnsupportedHardwareError(const std::string& message)
-    : std::runtime_error(message) {}
-UnsupportedHardwareError::~UnsupportedHardwareError() = default;
-DeviceLostError::DeviceLostError(const std::string& message) : std::runtime_error(message) {}
-DeviceLostError::~DeviceLostError() = default;
 
 std::vector<std::string> Instance::availableExtensions() {
     return {"VK_KHR_surface"};

@@ -69,6 +69,16 @@ void Mouse::moveBy(int right, int down) {
     send();
 }
 
+float Mouse::scroll() {
+    if (!pointer_) {
+        x({"click", "4"});
+        return 1.0F;
+    }
+    zwlr_virtual_pointer_v1_axis(pointer_, 0, WL_POINTER_AXIS_VERTICAL_SCROLL, wl_fixed_from_double(-2.5));
+    send();
+    return 0.25F;
+}
+
 void Mouse::button(Button button) {
     if (!pointer_)
         return x({button == Button::Down ? "mousedown" : "mouseup", "3"});

@@ -22,6 +22,8 @@ public:
     [[nodiscard]] bool isDevice() const { return pointer_ != nullptr; }
     void moveTo(int x, int y);
     void moveBy(int x, int y);
+    // Away from the user; returns how far, in notches. Only a device has a fine wheel.
+    float scroll();
     // The right one; the values are the protocol's.
     enum class Button : std::uint8_t { Up, Down };
     void button(Button button);

@@ -151,8 +151,10 @@ TEST_F(PointerLockTest, EndsWithFocusMouseOrWindowAndCanBeHadAgain) {
 
 struct Looker final : bench::IdleClient {
     glm::vec2 motion{0.0F};
+    float scroll = 0.0F;
     void update(float /*dt*/, const InputState& input, bool /*windowActive*/) override {
         motion += input.mouseDelta();
+        scroll += input.scroll();
     }
 };
 
@@ -175,6 +177,8 @@ TEST_F(PointerLockTest, TurnsAViewportThatMayGoWhileLooking) {
         }));
     };
     look();
+    const float notches = mouse_->scroll();
+    EXPECT_TRUE(pumpUntil([&] { return client.scroll == notches; })) << client.scroll;
     client.motion = {};
     for (int i = 0; i < 10; ++i)
         mouse_->moveBy(0, -4);

@@ -1,0 +1,65 @@
+#include "PlayWindow.hpp"
+#include "Mouse.hpp"
+#include "Pump.hpp"
+#include "RedBoxProject.hpp"
+#include "Session.hpp"
+#include "TemporaryFolder.hpp"
+#include "ViewportPane.hpp"
+
+#include <tarvik/app/VulkanViewport.hpp>
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+
+#include <utility>
+
+namespace tarvik::editor {
+namespace {
+
+using test::pumpUntil;
+
+TEST(PlayWindowTest, EscapeFreesTheMouseAndThenEndsTheGame) {
+    const test::TemporaryFolder folder;
+    test::makeRedBoxProject(folder / "game");
+    app::AppOptions options;
+    options.projectDir = QString::fromStdString((folder / "game").string());
+    options.play = true;
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    Session session(options, sinceStart);
+    PlayWindow window(session);
+    window.play();
+    auto* viewport = window.findChild<ViewportPane*>()->viewport();
+    ASSERT_NE(viewport, nullptr);
+    ASSERT_TRUE(pumpUntil([&] { return viewport->isExposed(); }));
+
+    test::Mouse mouse;
+    EXPECT_TRUE(pumpUntil([&] {
+        mouse.moveTo(600, 400);
+        mouse.moveTo(601, 401);
+        mouse.button(test::Mouse::Button::Up);
+        mouse.button(test::Mouse::Button::Down);
+        return viewport->input().isHeld(MouseButton::Right);
+    }));
+    // Locked, the pointer stays however the mouse is moved.
+    glm::vec2 place(-1.0F);
+    int stayed = 0;
+    EXPECT_TRUE(pumpUntil([&] {
+        mouse.moveBy(2, 0);
+        stayed = std::exchange(place, viewport->input().mousePosition()) == place ? stayed + 1 : 0;
+        return stayed == 20;
+    }));
+    QTest::keyClick(window.windowHandle(), Qt::Key_Escape);
+    EXPECT_FALSE(viewport->input().isHeld(MouseButton::Right));
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_TRUE(pumpUntil([&] {
+        mouse.moveBy(2, 0);
+        return viewport->input().mousePosition() != place;
+    }));
+    QTest::keyClick(window.windowHandle(), Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+}
+
+} // namespace
+} // namespace tarvik::editor
