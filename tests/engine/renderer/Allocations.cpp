@@ -1,5 +1,5 @@
-// Counts what the program and its libraries allocate with operator new, for PresentTest.cpp. In both forms: what is
-// allocated by one allocator may not be freed by another.
+// Counts what the program and its libraries allocate with operator new, for PresentTest.cpp. In both forms:
+// what is allocated by one allocator may not be freed by another.
 #include <atomic>
 #include <cstdlib>
 #include <new>
