@@ -285,6 +285,9 @@ void VulkanViewport::warpWhenAstray(QPointF position) {
     if ((position - centre).manhattanLength() <= kLookRadius)
         return;
     QCursor::setPos(mapToGlobal(centre));
+    // Asking waits for the display server: a move that it learns of from here on starts at the centre. One
+    // that it learnt of before the warp may be merged with the warp's own and be lost.
+    static_cast<void>(QCursor::pos());
     warpedFrom = std::exchange(lastPos, centre);
 }
 
