@@ -3,7 +3,7 @@ include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/tarvik")
 
-install(TARGETS tarvik_core tarvik_input tarvik_project tarvik_scene tarvik_renderer tarvik_appcommon
+install(TARGETS tarvik_core tarvik_input tarvik_project tarvik_scene tarvik_renderer tarvik_sdk tarvik_appcommon
   EXPORT tarvik FILE_SET HEADERS)
 install(EXPORT tarvik NAMESPACE tarvik:: FILE tarvikTargets.cmake DESTINATION "${package_dir}")
 if(TARGET tarvik-editor)
