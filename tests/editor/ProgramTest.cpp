@@ -5,9 +5,16 @@
 
 #include <gtest/gtest.h>
 
+#include <QDeadlineTimer>
 #include <QImage>
 #include <QProcess>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -30,6 +37,11 @@ protected:
 
     [[nodiscard]] Ended run(const std::vector<std::string>& arguments) const {
         QProcess program;
+        start(program, arguments);
+        return end(program);
+    }
+
+    void start(QProcess& program, const std::vector<std::string>& arguments) const {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
             environment.insert(name, QString::fromStdString(path("home")));
@@ -38,6 +50,9 @@ protected:
         for (const std::string& argument : arguments)
             texts += QString::fromStdString(argument);
         program.start(TARVIK_EDITOR, texts);
+    }
+
+    static Ended end(QProcess& program) {
         if (!program.waitForFinished(100'000) || program.exitStatus() != QProcess::NormalExit)
             return {-1, program.errorString().toStdString()};
         return {program.exitCode(), program.readAllStandardError().toStdString()};
@@ -129,6 +144,59 @@ TEST_F(ProgramTest, RunsThatCannotSucceedEndWithAReasonAndItsStatus) {
         EXPECT_EQ(ended.status, status);
         EXPECT_TRUE(ended.errors.contains(reason)) << ended.errors;
     }
+}
+
+// Any window would need the platform plug-in that is not there.
+class BuildTest : public ProgramTest {
+protected:
+    BuildTest() {
+        makeRedBoxProject(path("project"));
+        fs::create_directory(path("project/Scripts"));
+        writeSource("A.cpp", "#include <tarvik/Script.hpp>\n");
+    }
+    void writeSource(const std::string& name, const std::string& text) const {
+        test::writeText(path("project/Scripts/") + name, text);
+    }
+    const std::vector<std::string> arguments_{"--build", "--project", path("project"), "-platform", "none"};
+};
+
+TEST_F(BuildTest, EndsWithWhetherTheBehavioursCompileAndWithTheDiagnosticsAlone) {
+    EXPECT_EQ(run(arguments_).status, 0);
+    EXPECT_TRUE(fs::exists(path("project/Saved/ScriptBuild/bin/game.so")));
+
+    writeSource("B.cpp", "int f() {\n    return g;\n}\n");
+    const Ended broken = run(arguments_);
+    EXPECT_EQ(broken.status, 1);
+    EXPECT_TRUE(broken.errors.starts_with(path("project/Scripts/B.cpp:2:12: error: "))) << broken.errors;
+    EXPECT_EQ(std::ranges::count(broken.errors, '\n'), 1) << broken.errors;
+
+    fs::remove_all(path("project/Scripts"));
+    const Ended empty = run(arguments_);
+    EXPECT_EQ(empty.status, 1);
+    EXPECT_TRUE(empty.errors.contains("No scripts")) << empty.errors;
+    fs::remove(path("project/project.json"));
+    const Ended none = run(arguments_);
+    EXPECT_EQ(none.status, 1);
+    EXPECT_TRUE(none.errors.contains("no project can be opened in " + path("project"))) << none.errors;
+}
+
+TEST_F(BuildTest, ASignalEndsTheCompilerToo) {
+    const std::string pipe = path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    writeSource("A.cpp", "#include \"" + pipe + "\"\n"); // which the compiler waits for
+    const auto openIfRead = [&] {
+        return ::open(pipe.c_str(), O_WRONLY | O_NONBLOCK);
+    };
+    QProcess program;
+    start(program, arguments_);
+    int held = openIfRead();
+    for (const QDeadlineTimer limit(20'000); held < 0 && !limit.hasExpired(); held = openIfRead())
+        program.waitForFinished(1);
+    ASSERT_GE(held, 0);
+    program.terminate();
+    EXPECT_EQ(end(program).status, 128 + SIGTERM);
+    EXPECT_LT(openIfRead(), 0) << "the compiler is still there";
+    ::close(held);
 }
 
 } // namespace
