@@ -57,6 +57,7 @@ BuildPanel::BuildPanel(QWidget* parent) : QWidget(parent), model_(new Diagnostic
     QPalette palette = notice_->palette();
     palette.setColor(QPalette::WindowText, logLevelColour(LogLevel::Warn));
     notice_->setPalette(palette);
+    notice_->setMinimumWidth(1); // a long path must not widen the window
     notice_->hide();
     layout->addWidget(notice_);
 
@@ -80,6 +81,7 @@ QWidget* BuildPanel::createTools() {
     layout->setContentsMargins(0, 0, 0, 0);
 
     state_ = plainLabel({});
+    state_->setMinimumWidth(1); // as with the notice
     layout->addWidget(state_, 1);
 
     progress_ = new QProgressBar;
@@ -179,7 +181,7 @@ void BuildPanel::showFinished(bool ok, const QString& output) {
     }
     // Without an error to list, the first line has to do: it says what is missing.
     const QString reason = errors > 0 ? counts : oneLine(output.trimmed().section('\n', 0, 0));
-    setFailure(tr("Build failed: %1").arg(reason));
+    setFailure(tr("Build failed: %1").arg(wrappable(reason)));
     tabs_->setCurrentWidget(errors > 0 ? static_cast<QWidget*>(table_) : output_);
 }
 
@@ -235,7 +237,7 @@ void BuildPanel::openFile(const QModelIndex& row) {
         return;
     const app::BuildDiagnostic& diagnostic = model_->diagnostic(row.row());
     const auto tell = [this](const QString& problem) {
-        notice_->setText(problem);
+        notice_->setText(wrappable(problem));
         notice_->show();
     };
     if (diagnostic.file.isEmpty()) {

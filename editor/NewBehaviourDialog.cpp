@@ -5,6 +5,8 @@
 #include "EditorStyle.hpp"
 #include "ProjectBuild.hpp"
 
+#include <tarvik/core/Log.hpp>
+
 #include <QCheckBox>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
@@ -29,6 +31,7 @@ NewBehaviourDialog::NewBehaviourDialog(ProjectBuild& build, QWidget* parent)
 
     name_->setPlaceholderText(tr("Spinner"));
     open_->setChecked(true);
+    hint_->setMinimumWidth(1); // a long path must not widen the dialog
     hint_->setMinimumHeight(2 * fontMetrics().lineSpacing());
     hint_->setAlignment(Qt::AlignTop);
     styleText(*hint_, TextRole::Muted);
@@ -57,12 +60,12 @@ void NewBehaviourDialog::accept() {
         return;
     QString error;
     if (!build_->builder().createBehaviour(name_->text(), &error)) {
-        hint_->setText(oneLine(error));
+        hint_->setText(wrappable(oneLine(error)));
         return;
     }
     const QString file = path();
-    if (open_->isChecked())
-        QDesktopServices::openUrl(QUrl::fromLocalFile(file));
+    if (open_->isChecked() && !QDesktopServices::openUrl(QUrl::fromLocalFile(file)))
+        log::warn("Editor", "{}: no program opens this file", file.toStdString());
     Q_EMIT created(file);
     QDialog::accept();
 }
@@ -85,9 +88,9 @@ void NewBehaviourDialog::update() {
     if (!named)
         hint_->setText({});
     else if (wrong.isEmpty())
-        hint_->setText(tr("The behaviour will be in %1").arg(QDir::toNativeSeparators(path())));
+        hint_->setText(tr("The behaviour will be in %1").arg(wrappable(QDir::toNativeSeparators(path()))));
     else
-        hint_->setText(wrong);
+        hint_->setText(wrappable(wrong));
 }
 
 } // namespace tarvik::editor
