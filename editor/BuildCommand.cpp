@@ -2,6 +2,7 @@
 
 #include "CommandLine.hpp"
 #include "DiagnosticText.hpp"
+#include "MovedBuildTree.hpp"
 #include "TerminationSignals.hpp"
 
 #include <tarvik/app/Paths.hpp>
@@ -49,6 +50,7 @@ int buildProject(const app::AppOptions& options, const TerminationSignals& termi
                                                  QString::fromStdString(project.error().message)));
 
     app::ScriptBuilder builder(app::toQString(project->rootDir()));
+    removeMovedBuildTree(builder.buildDir());
     const auto tell = [&options](const QString& line) {
         if (!options.quiet)
             write(stdout, line);

@@ -1,10 +1,14 @@
 #include "MainWindow.hpp"
 
+#include "BuildPanel.hpp"
 #include "Controls.hpp"
 #include "DisplayText.hpp"
+#include "GameActions.hpp"
 #include "LogPanel.hpp"
+#include "NewBehaviourDialog.hpp"
 #include "NewProjectDialog.hpp"
 #include "PictureSaver.hpp"
+#include "ProjectBuild.hpp"
 #include "SceneTree.hpp"
 #include "Session.hpp"
 #include "StartPage.hpp"
@@ -12,6 +16,7 @@
 
 #include <tarvik/app/AppContext.hpp>
 #include <tarvik/app/Paths.hpp>
+#include <tarvik/app/ScriptBuilder.hpp>
 #include <tarvik/core/Log.hpp>
 #include <tarvik/core/Paths.hpp>
 #include <tarvik/renderer/RenderContext.hpp>
@@ -32,6 +37,7 @@ namespace tarvik::editor {
 namespace {
 
 constexpr int kLayoutVersion = 1;
+constexpr int kMessageMs = 10'000;
 const char* const kGeometryKey = "mainWindow/geometry";
 const char* const kLayoutKey = "mainWindow/layout";
 
@@ -40,6 +46,7 @@ const char* const kLayoutKey = "mainWindow/layout";
 MainWindow::MainWindow(Session& session)
     : session_(session),
       client_(session.options()),
+      runner_(session, *this),
       pages_(new QStackedWidget),
       startPage_(new StartPage),
       pane_(new ViewportPane(client_)),
@@ -55,6 +62,7 @@ MainWindow::MainWindow(Session& session)
     createDocks();
     createFileMenu();
     createViewMenu();
+    createGameMenus();
     createHelpMenu();
     createStatusBar();
 
@@ -119,6 +127,11 @@ void MainWindow::createDocks() {
         addDock(tr("Scene"), "sceneDock", Qt::LeftDockWidgetArea, sceneTree_, QKeySequence("Ctrl+1"));
     QDockWidget* log =
         addDock(tr("Log"), "logDock", Qt::BottomDockWidgetArea, logPanel_, QKeySequence("Ctrl+2"));
+    buildPanel_ = new BuildPanel;
+    buildDock_ =
+        addDock(tr("Build"), "buildDock", Qt::BottomDockWidgetArea, buildPanel_, QKeySequence("Ctrl+3"));
+    tabifyDockWidget(log, buildDock_);
+    log->raise();
     resizeDocks({scene}, {280}, Qt::Horizontal);
     resizeDocks({log}, {220}, Qt::Vertical);
 }
@@ -163,6 +176,20 @@ void MainWindow::createViewMenu() {
     QAction* reset = menu->addAction(tr("&Reset Layout"));
     connect(reset, &QAction::triggered, this, [this] { restoreState(standardLayout_, kLayoutVersion); });
     projectActions_ += {grid, frame, reset};
+}
+
+void MainWindow::createGameMenus() {
+    game_ = std::make_unique<GameActions>(*menuBar(), runner_);
+    connect(game_.get(), &GameActions::playRequested, this, [this] { runner_.play(project_->scene); });
+    connect(game_.get(), &GameActions::pauseToggled, this, [this](bool on) { client_.setPaused(on); });
+    connect(game_.get(), &GameActions::newBehaviourRequested, this, &MainWindow::askForNewBehaviour);
+    connect(&runner_, &GameRunner::started, this, &MainWindow::showGame);
+    connect(&runner_, &GameRunner::ending, this, &MainWindow::showScene);
+    connect(&runner_, &GameRunner::buildFailed, this, [this] {
+        statusBar()->showMessage(tr("The game did not start: its behaviours could not be built."),
+                                 kMessageMs);
+    });
+    connect(&runner_, &GameRunner::failed, this, &MainWindow::showGameProblem);
 }
 
 void MainWindow::createHelpMenu() {
@@ -256,6 +283,7 @@ void MainWindow::reload() {
 
 void MainWindow::closeProject() {
     stopRendering();
+    closeBuild();
     project_.reset();
     client_.setScene(nullptr);
     sceneTree_->setScene(nullptr);
@@ -263,6 +291,8 @@ void MainWindow::closeProject() {
 }
 
 void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) {
+    runner_.stop();
+    openBuild(app::toQString(project.project.rootDir()));
     client_.setScene(project.scene, viewpoint);
     sceneTree_->setScene(project.scene);
     setDocksAvailable(true);
@@ -327,6 +357,60 @@ void MainWindow::forget(const QString& folder) {
     showStartPage();
 }
 
+void MainWindow::openBuild(const QString& root) {
+    if (build_ && build_->root() == root)
+        return;
+    closeBuild();
+    build_ = std::make_unique<ProjectBuild>(root);
+    build_->setWatching(true);
+    connect(build_.get(), &ProjectBuild::finished, this, [this](bool ok) {
+        if (!ok)
+            showBuildProblems();
+    });
+    runner_.setBuild(build_.get());
+    game_->setBuild(build_.get());
+    buildPanel_->watch(build_.get());
+}
+
+void MainWindow::closeBuild() {
+    runner_.setBuild(nullptr);
+    game_->setBuild(nullptr);
+    buildPanel_->watch(nullptr);
+    build_.reset();
+}
+
+void MainWindow::askForNewBehaviour() {
+    auto* dialog = new NewBehaviourDialog(*build_, this);
+    dialog->open();
+}
+
+void MainWindow::showGame() {
+    client_.setPaused(false);
+    client_.setGame(runner_.game());
+    pane_->setFocus();
+    updateTitle();
+}
+
+void MainWindow::showScene() {
+    client_.setGame(nullptr);
+    updateTitle();
+}
+
+// A game that runs is not to be interrupted.
+void MainWindow::showGameProblem(const QString& problem) {
+    if (runner_.game() == nullptr) {
+        session_.reportFailure(this, problem);
+        return;
+    }
+    log::error("Game", "{}", problem.toStdString());
+    statusBar()->showMessage(problem, kMessageMs);
+}
+
+void MainWindow::showBuildProblems() {
+    if (!buildDock_->isHidden())
+        buildDock_->raise();
+}
+
 void MainWindow::startRendering() {
     pane_->start(session_.context());
     if (pane_->viewport() == nullptr)
@@ -364,7 +448,11 @@ void MainWindow::setDocksAvailable(bool on) {
 }
 
 void MainWindow::updateTitle() {
-    setWindowTitle(project_ ? tr("%1 – Tarvik").arg(projectName()) : tr("Tarvik"));
+    if (!project_)
+        setWindowTitle(tr("Tarvik"));
+    else
+        setWindowTitle(
+            (client_.isPlaying() ? tr("%1 (playing) – Tarvik") : tr("%1 – Tarvik")).arg(projectName()));
 }
 
 QString MainWindow::projectName() const {

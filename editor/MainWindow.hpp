@@ -1,5 +1,6 @@
 #pragma once
 
+#include "GameRunner.hpp"
 #include "OpenedProject.hpp"
 #include "SceneViewClient.hpp"
 
@@ -7,17 +8,22 @@
 #include <QMainWindow>
 #include <QTimer>
 
+#include <memory>
 #include <optional>
 
 class QAction;
+class QDockWidget;
 class QLabel;
 class QMenu;
 class QStackedWidget;
 
 namespace tarvik::editor {
 
+class BuildPanel;
+class GameActions;
 class LogPanel;
 class PictureSaver;
+class ProjectBuild;
 class SceneTree;
 class Session;
 class StartPage;
@@ -40,6 +46,7 @@ protected:
 
 private:
     void createDocks();
+    void createGameMenus();
     void createFileMenu();
     void createViewMenu();
     void createHelpMenu();
@@ -59,6 +66,14 @@ private:
     void fillRecentMenu(QMenu& menu);
     void forget(const QString& folder);
 
+    void openBuild(const QString& root);
+    void closeBuild();
+    void askForNewBehaviour();
+    void showGame();
+    void showScene();
+    void showGameProblem(const QString& problem);
+    void showBuildProblems();
+
     void startRendering();
     void stopRendering();
     void clearRenderStatus();
@@ -71,12 +86,17 @@ private:
     Session& session_;
     std::optional<OpenedProject> project_;
     SceneViewClient client_;
+    std::unique_ptr<ProjectBuild> build_; // of the open project
+    GameRunner runner_;
+    std::unique_ptr<GameActions> game_;
     QStackedWidget* pages_;
     StartPage* startPage_;
     ViewportPane* pane_;
     PictureSaver* pictures_;
     SceneTree* sceneTree_ = nullptr;
     LogPanel* logPanel_ = nullptr;
+    BuildPanel* buildPanel_ = nullptr;
+    QDockWidget* buildDock_ = nullptr;
     QList<QAction*> projectActions_; // of use only while a project is open
     QLabel* gpuLabel_ = nullptr;
     QLabel* frameRateLabel_ = nullptr;

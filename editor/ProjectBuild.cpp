@@ -1,5 +1,7 @@
 #include "ProjectBuild.hpp"
 
+#include "MovedBuildTree.hpp"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -11,6 +13,7 @@ ProjectBuild::ProjectBuild(QString projectRoot, QObject* parent)
     : QObject(parent),
       projectRoot_(std::move(projectRoot)) {
     makeBuilder();
+    removeMovedBuildTree(builder_->buildDir());
 }
 
 ProjectBuild::~ProjectBuild() = default;

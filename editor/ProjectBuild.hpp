@@ -19,6 +19,7 @@ public:
     explicit ProjectBuild(QString projectRoot, QObject* parent = nullptr);
     ~ProjectBuild() override;
 
+    [[nodiscard]] const QString& root() const { return projectRoot_; }
     // Not to be kept: see above.
     [[nodiscard]] app::ScriptBuilder& builder() { return *builder_; }
 
