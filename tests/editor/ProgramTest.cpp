@@ -58,6 +58,19 @@ protected:
         return {program.exitCode(), program.readAllStandardError().toStdString()};
     }
 
+    // Of the picture of 800 x 600 that a run has left; none when it has another size.
+    [[nodiscard]] double redShare() const {
+        const QImage picture(QString::fromStdString(path("p.png")));
+        if (picture.size() != QSize(800, 600))
+            return -1.0;
+        int red = 0;
+        for (int pixel = 0; pixel < 800 * 600; ++pixel) {
+            const QColor colour = picture.pixelColor(pixel % 800, pixel / 800);
+            red += colour.red() > 2 * colour.green() && colour.red() > 60 ? 1 : 0;
+        }
+        return red / (800.0 * 600.0);
+    }
+
 private:
     test::TemporaryFolder folder_;
 };
@@ -113,14 +126,7 @@ TEST_F(ProgramTest, WritesThePictureAndTheStatisticsOfAGoodProject) {
                                  "--look-at", "0,0,0", "--validation", "--time-limit", "90", mode});
         ASSERT_EQ(ended.status, 0) << ended.errors;
         EXPECT_FALSE(ended.errors.contains("warn")) << ended.errors;
-        const QImage picture(QString::fromStdString(path("p.png")));
-        ASSERT_EQ(picture.size(), QSize(800, 600));
-        int red = 0;
-        for (int pixel = 0; pixel < 800 * 600; ++pixel) {
-            const QColor colour = picture.pixelColor(pixel % 800, pixel / 800);
-            red += colour.red() > 2 * colour.green() && colour.red() > 60 ? 1 : 0;
-        }
-        EXPECT_GT(red, 800 * 600 / 30);
+        EXPECT_GT(redShare(), 1.0 / 30);
         EXPECT_GE(readJsonFile(path("s.json")).value()["frames"], 3);
     }
 }
@@ -150,7 +156,7 @@ TEST_F(ProgramTest, RunsThatCannotSucceedEndWithAReasonAndItsStatus) {
 class BuildTest : public ProgramTest {
 protected:
     BuildTest() {
-        makeRedBoxProject(path("project"));
+        makeRedBoxProject(path("project"), "Away");
         fs::create_directory(path("project/Scripts"));
         writeSource("A.cpp", "#include <tarvik/Script.hpp>\n");
     }
@@ -178,6 +184,33 @@ TEST_F(BuildTest, EndsWithWhetherTheBehavioursCompileAndWithTheDiagnosticsAlone)
     const Ended none = run(arguments_);
     EXPECT_EQ(none.status, 1);
     EXPECT_TRUE(none.errors.contains("no project can be opened in " + path("project"))) << none.errors;
+}
+
+TEST_F(BuildTest, AMovedProjectBuildsAndPlaysButNotAgainACrash) {
+    std::string root = path("project");
+    const auto play = [&](const std::string& body) {
+        test::writeText(root + "/Scripts/A.cpp",
+                        "#include <tarvik/Script.hpp>\n#include <cstdlib>\n"
+                        "struct Away : tarvik::script::Behaviour { void update(float) override {" +
+                            body + "} };\nTARVIK_BEHAVIOUR(Away);\n");
+        return run({root, "--play", "--frames", "3", "--screenshot", path("p.png"), "--size", "800x600",
+                    "--camera", "0,0,2", "--look-at", "0,0,0", "--time-limit", "90"});
+    };
+    const Ended stays = play("");
+    EXPECT_EQ(stays.status, 0) << stays.errors;
+    EXPECT_GT(redShare(), 1.0 / 30);
+
+    fs::rename(path("project"), path("moved"));
+    root = path("moved");
+    const Ended goes = play("setPosition({0, 0, 9});");
+    EXPECT_EQ(goes.status, 0) << goes.errors;
+    EXPECT_EQ(redShare(), 0.0);
+
+    EXPECT_EQ(play("std::_Exit(5);").status, 5);
+    const Ended refused = play("std::_Exit(5);");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(refused.errors.contains("The behaviours were not loaded")) << refused.errors;
+    EXPECT_EQ(play("setScale({2, 2, 2});").status, 0);
 }
 
 TEST_F(BuildTest, ASignalEndsTheCompilerToo) {
