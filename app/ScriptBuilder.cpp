@@ -56,15 +56,6 @@ QString findProgram(const char* name) {
     return QStandardPaths::findExecutable(QLatin1String(name));
 }
 
-// Null where there is no such folder. Another time is another folder, where the file system knows the time.
-QDateTime birthOf(const QString& folder) {
-    const QFileInfo info(folder);
-    if (!info.isDir())
-        return {};
-    const QDateTime born = info.birthTime();
-    return born.isValid() ? born : QDateTime::fromMSecsSinceEpoch(0);
-}
-
 } // namespace
 
 ScriptBuilder::ScriptBuilder(QString projectRoot, QObject* parent)
@@ -293,40 +284,31 @@ void ScriptBuilder::setWatching(bool enabled) {
 }
 
 void ScriptBuilder::folderChanged(const QString& path) {
-    // The root is watched for the scripts folder only: whatever else a project keeps there starts no build.
-    if (path == QDir(root).path() && birthOf(scriptsDir()) == scriptsBorn_)
-        return;
+    const auto before = sources_;
     // A watch stays with a folder that is moved away, and would miss what takes its place.
     unwatch();
     rewatch();
-    debounce.start();
+    // The root is watched for the scripts folder alone: whatever else a project keeps there starts no build.
+    if (path != QDir(root).path() || sources_ != before)
+        debounce.start();
 }
 
-// Twice or more, until nothing new shows: what comes into a folder before the folder is watched raises no
-// notification. Parents are watched before what they hold, for the same reason.
 void ScriptBuilder::rewatch() {
     if (!watching)
         return;
-    scriptsBorn_ = birthOf(scriptsDir());
+    // Until nothing new shows: what comes into a folder before the folder is watched raises no notification.
     QStringList refused;
     for (;;) {
-        QStringList candidates{QDir(root).path()};
-        if (QFileInfo(scriptsDir()).isDir())
-            candidates << scriptsDir();
-        QDirIterator entries(
-            scriptsDir(), {QStringLiteral("*.cpp"), QStringLiteral("*.hpp"), QStringLiteral("*.h")},
-            QDir::Files | QDir::AllDirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
-        while (entries.hasNext()) {
-            const QFileInfo entry = entries.nextFileInfo();
-            if (!entry.isDir() || !entry.isSymLink()) // CMake does not follow them either
-                candidates << entry.filePath();
-        }
+        sources_ = findSources();
+        // Parents before what they hold, for the same reason.
+        QStringList missing{QDir(root).path()};
+        missing += sources_.keys();
         const QStringList watched = watcher.files() + watcher.directories();
         const QSet<QString> known(watched.begin(), watched.end());
-        candidates.removeIf([&known](const QString& path) { return known.contains(path); });
-        if (candidates == refused)
+        missing.removeIf([&known](const QString& path) { return known.contains(path); });
+        if (missing == refused)
             break;
-        refused = watcher.addPaths(candidates);
+        refused = watcher.addPaths(missing);
     }
     for (const QString& path : std::as_const(refused)) {
         if (unwatchable_.contains(path))
@@ -334,6 +316,25 @@ void ScriptBuilder::rewatch() {
         unwatchable_.insert(path);
         log::warn(kCategory, "cannot watch {}", path.toStdString());
     }
+}
+
+// The scripts folder and what counts in it. The times say whether another folder has taken its place.
+QMap<QString, QDateTime> ScriptBuilder::findSources() const {
+    QMap<QString, QDateTime> found;
+    const QString folder = scriptsDir();
+    if (!QFileInfo(folder).isDir())
+        return found;
+    found.insert(folder, {});
+    QDirIterator entries(folder, {QStringLiteral("*.cpp"), QStringLiteral("*.hpp"), QStringLiteral("*.h")},
+                         QDir::Files | QDir::AllDirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QFileInfo entry = entries.nextFileInfo();
+        if (!entry.isDir())
+            found.insert(entry.filePath(), entry.lastModified());
+        else if (!entry.isSymLink()) // nor does CMake look into those
+            found.insert(entry.filePath(), {});
+    }
+    return found;
 }
 
 void ScriptBuilder::unwatch() {

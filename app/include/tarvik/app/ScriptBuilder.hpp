@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 #include <QFileSystemWatcher>
+#include <QMap>
 #include <QObject>
 #include <QSet>
 #include <QString>
@@ -67,6 +68,7 @@ private:
     void folderChanged(const QString& path);
     void rewatch();
     void unwatch();
+    [[nodiscard]] QMap<QString, QDateTime> findSources() const;
 
     QString root;
     QFileSystemWatcher watcher;
@@ -77,7 +79,7 @@ private:
     QStringList steps;
     QString buildOutput;
     QStringDecoder decoder_{QStringConverter::System}; // of the running step
-    QDateTime scriptsBorn_;                            // of the scripts folder that is watched
+    QMap<QString, QDateTime> sources_;                 // what is watched, as it was last seen
     QSet<QString> unwatchable_;                        // told of already
 };
 
