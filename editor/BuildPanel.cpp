@@ -47,7 +47,12 @@ QString countText(int errors, int warnings) {
 
 } // namespace
 
-BuildPanel::BuildPanel(QWidget* parent) : QWidget(parent), model_(new DiagnosticModel(this)) {
+BuildPanel::BuildPanel(QWidget* parent)
+    : QWidget(parent),
+      tabs_(new QTabWidget),
+      model_(new DiagnosticModel(this)),
+      table_(createTable()),
+      output_(new BuildOutputView) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
     layout->setSpacing(6);
@@ -61,11 +66,8 @@ BuildPanel::BuildPanel(QWidget* parent) : QWidget(parent), model_(new Diagnostic
     notice_->hide();
     layout->addWidget(notice_);
 
-    tabs_ = new QTabWidget;
     tabs_->setDocumentMode(true);
-    table_ = createTable();
     tabs_->addTab(table_, {});
-    output_ = new BuildOutputView;
     output_->setAccessibleName(tr("Output of the build"));
     tabs_->addTab(output_, tr("&Output"));
     layout->addWidget(tabs_, 1);

@@ -51,10 +51,10 @@ private:
     QPushButton* start_ = nullptr;
     QPushButton* cancel_ = nullptr;
     QLabel* notice_ = nullptr; // about a file that could not be opened
-    QTabWidget* tabs_ = nullptr;
+    QTabWidget* tabs_;
     DiagnosticModel* model_;
-    QTableView* table_ = nullptr;
-    BuildOutputView* output_ = nullptr;
+    QTableView* table_;
+    BuildOutputView* output_;
     QTimer elapsedTimer_;
 };
 

@@ -61,6 +61,7 @@ void NewBehaviourDialog::accept() {
     QString error;
     if (!build_->builder().createBehaviour(name_->text(), &error)) {
         hint_->setText(wrappable(oneLine(error)));
+        adjustSize();
         return;
     }
     const QString file = path();
@@ -74,10 +75,15 @@ QString NewBehaviourDialog::path() const {
     return build_ ? QDir(build_->builder().scriptsDir()).absoluteFilePath(name_->text() + ".cpp") : QString();
 }
 
+QString NewBehaviourDialog::shortPath() const {
+    const QFileInfo file(path());
+    return file.dir().dirName() + '/' + file.fileName();
+}
+
 QString NewBehaviourDialog::problem() const {
     const QString problem = problemWithBehaviourName(name_->text());
     if (problem.isEmpty() && QFileInfo::exists(path()))
-        return tr("%1 exists already.").arg(QDir::toNativeSeparators(path()));
+        return tr("%1 exists already.").arg(shortPath());
     return problem;
 }
 
@@ -88,9 +94,9 @@ void NewBehaviourDialog::update() {
     if (!named)
         hint_->setText({});
     else if (wrong.isEmpty())
-        hint_->setText(tr("The behaviour will be in %1").arg(wrappable(QDir::toNativeSeparators(path()))));
+        hint_->setText(tr("The behaviour will be in %1").arg(shortPath()));
     else
-        hint_->setText(wrappable(wrong));
+        hint_->setText(wrong);
 }
 
 } // namespace tarvik::editor

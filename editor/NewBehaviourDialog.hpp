@@ -31,6 +31,7 @@ private:
     // Empty when the name is good.
     [[nodiscard]] QString problem() const;
     [[nodiscard]] QString path() const;
+    [[nodiscard]] QString shortPath() const; // within the project
 
     QPointer<ProjectBuild> build_;
     QLineEdit* name_;

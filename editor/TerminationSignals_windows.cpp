@@ -16,7 +16,8 @@ QMutex mutex;
 QObject* receiver = nullptr;
 std::function<void(int)> receive;
 
-// On a thread of the system's own, which ends the process when this returns from one of the latter three.
+// On a thread of the system's own. Of a console that is closed and of the end of a session the process is
+// ended as soon as this returns, so that it waits for the program to end by itself.
 BOOL WINAPI tell(DWORD event) {
     {
         const QMutexLocker lock(&mutex);
@@ -33,13 +34,15 @@ BOOL WINAPI tell(DWORD event) {
 
 } // namespace
 
-struct TerminationSignals::Members {};
+struct TerminationSignals::Members {
+    QObject receiver;
+};
 
-TerminationSignals::TerminationSignals() {
+TerminationSignals::TerminationSignals() : members_(std::make_unique<Members>()) {
     const QMutexLocker lock(&mutex);
-    receiver = this;
-    receive = [](TerminationSignals& to, int signal) {
-        to.end(signal);
+    receiver = &members_->receiver;
+    receive = [this](int signal) {
+        end(signal);
     };
     SetConsoleCtrlHandler(tell, TRUE);
 }
@@ -48,6 +51,7 @@ TerminationSignals::~TerminationSignals() {
     SetConsoleCtrlHandler(tell, FALSE);
     const QMutexLocker lock(&mutex);
     receiver = nullptr;
+    receive = nullptr;
 }
 
 void TerminationSignals::end(int signal) {

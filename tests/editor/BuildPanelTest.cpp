@@ -117,7 +117,7 @@ TEST_F(BuildPanelTest, CancelEndsTheProcessAndTheNextBuildIsAsGood) {
 TEST_F(BuildPanelTest, ABuildCanBeCancelledFromItsOwnSignalsAndWatchingGoesOn) {
     cmake_.prints("", 0);
     build_->setWatching(true);
-    QObject context;
+    const QObject context;
     for (const auto signal : {&ProjectBuild::started, &ProjectBuild::cancelled})
         QObject::connect(build_.get(), signal, &context, [&] { build_->cancel(); });
     QObject::connect(build_.get(), &ProjectBuild::finished, &context, [&] { build_->cancel(); });

@@ -8,10 +8,11 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <memory>
 
 namespace tarvik::editor {
 namespace {
@@ -19,7 +20,6 @@ namespace {
 class NewBehaviourTest : public testing::Test {
 protected:
     NewBehaviourTest() { dialog_->show(); }
-    ~NewBehaviourTest() override { delete dialog_; }
 
     void type(const QString& name) {
         auto* field = dialog_->findChild<QLineEdit*>();
@@ -37,7 +37,7 @@ protected:
     test::FakeCMake cmake_;
     test::OpenedFiles opened_;
     ProjectBuild build_{cmake_.project()};
-    QPointer<NewBehaviourDialog> dialog_ = new NewBehaviourDialog(build_);
+    std::unique_ptr<NewBehaviourDialog> dialog_ = std::make_unique<NewBehaviourDialog>(build_);
 };
 
 TEST_F(NewBehaviourTest, NamesThatWouldNotCompileAreRefusedWhileTyping) {
@@ -53,7 +53,7 @@ TEST_F(NewBehaviourTest, NamesThatWouldNotCompileAreRefusedWhileTyping) {
 }
 
 TEST_F(NewBehaviourTest, EnterCreatesTheFileAndOpensIt) {
-    const QSignalSpy created(dialog_, &NewBehaviourDialog::created);
+    const QSignalSpy created(dialog_.get(), &NewBehaviourDialog::created);
     type("Spinner");
     QTest::keyClick(dialog_->findChild<QLineEdit*>(), Qt::Key_Return);
     const QString path = cmake_.project() + "/Scripts/Spinner.cpp";
