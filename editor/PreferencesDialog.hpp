@@ -1,0 +1,42 @@
+#pragma once
+
+#include "GpuList.hpp"
+
+#include <tarvik/app/Preferences.hpp>
+
+#include <QDialog>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace tarvik::editor {
+
+// Edits the stored preferences.
+class PreferencesDialog final : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit PreferencesDialog(const GpuList& gpus, QWidget* parent = nullptr);
+
+protected:
+    void accept() override;
+
+private:
+    [[nodiscard]] QLayout* createFolderRow();
+    void fill(const app::Preferences& preferences, const GpuList& gpus);
+    void browse();
+    void checkFolder();
+    [[nodiscard]] app::Preferences chosen() const;
+
+    QComboBox* gpu_;
+    QComboBox* validation_;
+    QCheckBox* vsync_;
+    QLineEdit* folder_;
+    QLabel* folderHint_;
+    QPushButton* save_ = nullptr;
+};
+
+} // namespace tarvik::editor
