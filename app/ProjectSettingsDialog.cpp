@@ -20,13 +20,16 @@ namespace tarvik::app {
 
 namespace {
 
-// As it stands: a folder's name may look like markup. It wraps, because a long path would otherwise make the
-// dialog wider than the screen.
+// The text as it stands: a folder's name may look like markup. A long one wraps, and does not make the dialog
+// wider than the screen.
 QLabel* mutedLabel(const QString& text) {
     auto* label = new QLabel(text);
     label->setProperty("muted", true);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
+    QSizePolicy policy = label->sizePolicy();
+    policy.setHorizontalPolicy(QSizePolicy::Ignored);
+    label->setSizePolicy(policy);
     return label;
 }
 
@@ -79,6 +82,8 @@ ProjectSettingsDialog::ProjectSettingsDialog(Project& edited, QWidget* parent)
     box->addLayout(form);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
+    for (QAbstractButton* button : buttons->buttons())
+        button->setIcon({}); // the platform's, of another style
     buttons->button(QDialogButtonBox::Save)->setProperty("accent", true);
     connect(buttons, &QDialogButtonBox::accepted, this, &ProjectSettingsDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

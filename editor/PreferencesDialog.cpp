@@ -22,13 +22,15 @@ using app::Preferences;
 constexpr int kAutomatic = -1;
 
 QLabel* captionLabel(const QString& text) {
-    auto* label = plainLabel(text);
+    auto* label = new QLabel(text);
+    label->setContentsMargins(0, 6, 0, 0);
     label->setProperty("section", true);
     return label;
 }
 
 QLabel* hintLabel(const QString& text) {
-    auto* label = plainLabel(text);
+    auto* label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
     label->setProperty("muted", true);
     return label;
 }
@@ -40,8 +42,7 @@ PreferencesDialog::PreferencesDialog(const GpuList& gpus, QWidget* parent)
       gpu_(new QComboBox),
       validation_(new QComboBox),
       vsync_(new QCheckBox(tr("&Vertical sync"))),
-      folder_(new QLineEdit),
-      folderHint_(hintLabel({})) {
+      folder_(new QLineEdit) {
     setWindowTitle(tr("Preferences"));
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumWidth(520);
@@ -52,20 +53,24 @@ PreferencesDialog::PreferencesDialog(const GpuList& gpus, QWidget* parent)
     form->setVerticalSpacing(10);
     form->addRow(captionLabel(tr("Rendering")));
     form->addRow(tr("&GPU"), gpu_);
-    if (!gpus)
-        form->addRow({}, hintLabel(QString::fromStdString(gpus.error().message)));
+    if (!gpus) {
+        QLabel* problem = hintLabel(QString::fromStdString(gpus.error().message));
+        problem->setWordWrap(true);
+        form->addRow({}, problem);
+    }
     form->addRow(tr("V&alidation"), validation_);
     form->addRow({}, vsync_);
     form->addRow({}, hintLabel(tr("These take effect when the editor is started again.")));
     form->addRow(captionLabel(tr("Projects")));
-    form->addRow(tr("&Folder"), createFolderRow());
-    form->addRow({}, folderHint_);
-    qobject_cast<QLabel*>(form->itemAt(form->rowCount() - 2, QFormLayout::LabelRole)->widget())
-        ->setBuddy(folder_);
+    QLayout* place = createFolderRow();
+    form->addRow(tr("&Folder"), place);
+    qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(folder_);
+    form->addRow({}, hintLabel(tr("New projects are offered a place here from now on.")));
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
-    save_ = buttons->button(QDialogButtonBox::Save);
-    save_->setProperty("accent", true);
+    for (QAbstractButton* button : buttons->buttons())
+        button->setIcon({}); // the platform's, of another style
+    buttons->button(QDialogButtonBox::Save)->setProperty("accent", true);
     connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &PreferencesDialog::reject);
 
@@ -80,8 +85,6 @@ PreferencesDialog::PreferencesDialog(const GpuList& gpus, QWidget* parent)
     box->addWidget(buttons);
 
     fill(Preferences::load(), gpus);
-    connect(folder_, &QLineEdit::textChanged, this, &PreferencesDialog::checkFolder);
-    checkFolder();
 }
 
 QLayout* PreferencesDialog::createFolderRow() {
@@ -91,6 +94,7 @@ QLayout* PreferencesDialog::createFolderRow() {
     browse->setAccessibleName(tr("Browse for the projects folder"));
     connect(browse, &QPushButton::clicked, this, &PreferencesDialog::browse);
     auto* row = new QHBoxLayout;
+    row->setSpacing(8);
     row->addWidget(folder_, 1);
     row->addWidget(browse);
     return row;
@@ -130,16 +134,6 @@ void PreferencesDialog::browse() {
     dialog->open();
 }
 
-// A relative folder would depend on where the editor was started.
-void PreferencesDialog::checkFolder() {
-    const QString folder = chosen().projectsDirectory;
-    const bool usable = folder.isEmpty() || QDir::isAbsolutePath(folder);
-    save_->setEnabled(usable);
-    folderHint_->setText(
-        usable ? tr("Offered for new projects, without a restart. Empty: the default folder.")
-               : tr("The folder needs its whole path, such as %1.").arg(folder_->placeholderText()));
-}
-
 Preferences PreferencesDialog::chosen() const {
     Preferences preferences;
     if (const int gpu = gpu_->currentData().toInt(); gpu != kAutomatic)
@@ -152,15 +146,27 @@ Preferences PreferencesDialog::chosen() const {
 }
 
 void PreferencesDialog::accept() {
-    chosen().save();
-    const QSettings settings; // tries once more to write what could not be written
-    if (settings.status() == QSettings::NoError) {
-        QDialog::accept();
+    const Preferences preferences = chosen();
+    const QString& folder = preferences.projectsDirectory;
+    if (!folder.isEmpty() && !QDir::isAbsolutePath(folder)) {
+        // Where it is would depend on where the editor was started.
+        showProblem(
+            tr("Invalid folder"),
+            tr("The projects folder needs its whole path, such as %1.").arg(folder_->placeholderText()));
         return;
     }
-    auto* box = new QMessageBox(QMessageBox::Critical, tr("Save failed"),
-                                tr("The preferences could not be written to %1.").arg(settings.fileName()),
-                                QMessageBox::Ok, this);
+    preferences.save();
+    const QSettings settings; // tries once more to write what could not be written
+    if (settings.status() != QSettings::NoError) {
+        showProblem(tr("Save failed"),
+                    tr("The preferences could not be written to %1.").arg(settings.fileName()));
+        return;
+    }
+    QDialog::accept();
+}
+
+void PreferencesDialog::showProblem(const QString& title, const QString& text) {
+    auto* box = new QMessageBox(QMessageBox::Warning, title, text, QMessageBox::Ok, this);
     box->setTextFormat(Qt::PlainText);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();

@@ -8,9 +8,7 @@
 
 class QCheckBox;
 class QComboBox;
-class QLabel;
 class QLineEdit;
-class QPushButton;
 
 namespace tarvik::editor {
 
@@ -28,15 +26,13 @@ private:
     [[nodiscard]] QLayout* createFolderRow();
     void fill(const app::Preferences& preferences, const GpuList& gpus);
     void browse();
-    void checkFolder();
     [[nodiscard]] app::Preferences chosen() const;
+    void showProblem(const QString& title, const QString& text);
 
     QComboBox* gpu_;
     QComboBox* validation_;
     QCheckBox* vsync_;
     QLineEdit* folder_;
-    QLabel* folderHint_;
-    QPushButton* save_ = nullptr;
 };
 
 } // namespace tarvik::editor
