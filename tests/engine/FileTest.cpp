@@ -1,3 +1,4 @@
+#include "NoPrivileges.hpp"
 #include "TemporaryFolder.hpp"
 
 #include <tarvik/core/File.hpp>
@@ -39,6 +40,17 @@ TEST(FileTest, FailedWriteLeavesTheOldContentAndNothingElse) {
     }
     EXPECT_EQ(readText(file), "old");
     EXPECT_EQ(namesIn(folder.path()), std::set<std::string>{"file"});
+}
+
+TEST(FileTest, AReadOnlyFileIsNotReplacedThoughItsFolderMayBeWritten) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "file";
+    writeText(file, "old");
+    fs::permissions(folder.path(), fs::perms::all);
+    fs::permissions(file, fs::perms(0444));
+    const NoPrivileges user;
+    EXPECT_TRUE(errorOf(writeFileDurably(file, "new")).contains(file.native()));
+    EXPECT_EQ(readText(file), "old");
 }
 
 TEST(FileTest, WritingKeepsPermissionsAndLinks) {
