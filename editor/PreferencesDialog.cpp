@@ -155,11 +155,12 @@ void PreferencesDialog::accept() {
             tr("The projects folder needs its whole path, such as %1.").arg(folder_->placeholderText()));
         return;
     }
+    QSettings store; // keeps what could not be written, to see it fail
     preferences.save();
-    const QSettings settings; // tries once more to write what could not be written
-    if (settings.status() != QSettings::NoError) {
+    store.sync();
+    if (store.status() != QSettings::NoError) {
         showProblem(tr("Save failed"),
-                    tr("The preferences could not be written to %1.").arg(settings.fileName()));
+                    tr("The preferences could not be written to %1.").arg(store.fileName()));
         return;
     }
     QDialog::accept();
