@@ -2,7 +2,6 @@
 
 #include <tarvik/app/Paths.hpp>
 #include <tarvik/app/Preferences.hpp>
-#include <tarvik/core/Paths.hpp>
 
 #include <gtest/gtest.h>
 
@@ -12,87 +11,37 @@
 namespace tarvik::app {
 namespace {
 
-using Gpu = std::optional<std::uint32_t>;
-
-class PreferencesTest : public ::testing::Test {
-protected:
-    PreferencesTest() {
-        QCoreApplication::setOrganizationName("Tarvik");
-        QCoreApplication::setApplicationName("preferences-test");
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, toQString(folder_.path()));
-    }
-
-private:
-    test::TemporaryFolder folder_;
-};
-
-TEST_F(PreferencesTest, AFreshStoreChoosesNothingButVerticalSync) {
-    const Preferences fresh = Preferences::load();
-    AppOptions options;
-    fresh.applyTo(options);
-    EXPECT_EQ(options.gpu, std::nullopt);
-    EXPECT_EQ(options.validation, std::nullopt);
-    EXPECT_EQ(options.vsync, true);
-    EXPECT_EQ(fresh.effectiveProjectsDirectory(), toQString(paths::defaultProjectsDir()));
-}
-
-TEST_F(PreferencesTest, OddStoredValuesAreReadAsTheirKeysSay) {
-    const struct {
-        const char* key;
-        QVariant stored;
-        Gpu gpu;
-        std::uint32_t validation;
-        bool vsync;
-    } rows[] = {
-        {"preferences/gpu", -7, {}, 0, true},         {"preferences/gpu", 0, 0U, 0, true},
-        {"preferences/gpu", "best", 0U, 0, true},     {"preferences/validation", 3, {}, 0, true},
-        {"preferences/validation", -1, {}, 0, true},  {"preferences/validation", "2", {}, 2, true},
-        {"preferences/vsync", "false", {}, 0, false},
+TEST(PreferencesTest, OddOrMissingValuesAreReadAsTheirKeysSayAndFillOnlyWhatIsOpen) {
+    const test::TemporaryFolder folder;
+    QCoreApplication::setOrganizationName("Tarvik");
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, toQString(folder.path()));
+    using Options = std::tuple<std::optional<std::uint32_t>, std::optional<bool>, std::optional<bool>>;
+    const std::tuple<const char*, QVariant, Options> rows[] = {
+        {"fresh", 1, {{}, {}, true}},
+        {"preferences/gpu", -7, {{}, {}, true}},
+        {"preferences/gpu", "best", {0U, {}, true}},
+        {"preferences/validation", 1, {{}, true, true}},
+        {"preferences/validation", 2, {{}, false, true}},
+        {"preferences/validation", 3, {{}, {}, true}},
+        {"preferences/validation", -1, {{}, {}, true}},
+        {"preferences/vsync", "false", {{}, {}, false}},
     };
-    for (const auto& row : rows) {
+    for (const auto& [key, stored, filled] : rows) {
         QSettings().clear();
-        QSettings().setValue(row.key, row.stored);
-        const Preferences loaded = Preferences::load();
-        SCOPED_TRACE(row.key + (" = " + row.stored.toString()).toStdString());
-        EXPECT_EQ(loaded.gpu, row.gpu);
-        EXPECT_EQ(loaded.validation, row.validation);
-        EXPECT_EQ(loaded.vsync, row.vsync);
+        QSettings().setValue(key, stored);
+        AppOptions open;
+        Preferences::load().applyTo(open);
+        EXPECT_EQ(Options(open.gpu, open.validation, open.vsync), filled) << key << stored.toInt();
+        AppOptions chosen;
+        std::tie(chosen.gpu, chosen.validation, chosen.vsync) = Options(9U, true, true);
+        Preferences::load().applyTo(chosen);
+        EXPECT_EQ(Options(chosen.gpu, chosen.validation, chosen.vsync), Options(9U, true, true));
     }
-}
-
-TEST_F(PreferencesTest, WhatIsSavedIsLoadedAgain) {
-    const Preferences all{.gpu = 0, .validation = 1, .vsync = false, .projectsDirectory = "@/a, \"ü\" 🎮\\"};
-    for (const Preferences& saved : {all, Preferences()}) {
-        saved.save();
-        EXPECT_EQ(QSettings().value("preferences/gpu"), saved.gpu ? "0" : "-1");
-        const Preferences loaded = Preferences::load();
-        EXPECT_EQ(loaded.gpu, saved.gpu);
-        EXPECT_EQ(loaded.validation, saved.validation);
-        EXPECT_EQ(loaded.vsync, saved.vsync);
-        EXPECT_EQ(loaded.projectsDirectory, saved.projectsDirectory);
-    }
-    EXPECT_EQ(all.effectiveProjectsDirectory(), all.projectsDirectory);
-}
-
-TEST_F(PreferencesTest, AnExplicitChoiceStays) {
-    Preferences preferences;
-    preferences.gpu = 2;
-    preferences.validation = Preferences::kValidationOff;
-    preferences.vsync = false;
-    AppOptions open;
-    preferences.applyTo(open);
-    EXPECT_EQ(open.gpu, 2U);
-    EXPECT_EQ(open.validation, false);
-    EXPECT_EQ(open.vsync, false);
-
-    AppOptions chosen;
-    chosen.gpu = 0;
-    chosen.validation = true;
-    chosen.vsync = true;
-    preferences.applyTo(chosen);
-    EXPECT_EQ(chosen.gpu, 0U);
-    EXPECT_EQ(chosen.validation, true);
-    EXPECT_EQ(chosen.vsync, true);
+    Preferences{0U, 2, false, "@/a, \"ü\" 🎮\\"}.save();
+    EXPECT_EQ(Preferences::load().gpu, 0U);
+    EXPECT_EQ(Preferences::load().effectiveProjectsDirectory(), "@/a, \"ü\" 🎮\\");
+    Preferences().save();
+    EXPECT_EQ(QSettings().value("preferences/gpu"), "-1");
 }
 
 } // namespace

@@ -1,4 +1,3 @@
-#include "NoPrivileges.hpp"
 #include "TemporaryFolder.hpp"
 
 #include <tarvik/core/File.hpp>
