@@ -7,6 +7,7 @@
 #include "Session.hpp"
 #include "TerminationSignals.hpp"
 
+#include <tarvik/app/Preferences.hpp>
 #include <tarvik/core/ConsoleSink.hpp>
 #include <tarvik/core/Logger.hpp>
 #include <tarvik/renderer/Instance.hpp>
@@ -49,12 +50,13 @@ int listGpus() {
     }
 }
 
-int run(int argc, char** argv, const app::AppOptions& options, const QElapsedTimer& sinceStart) {
+int run(int argc, char** argv, app::AppOptions options, const QElapsedTimer& sinceStart) {
     // Siblings of the viewport that became native windows could hide it.
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     QApplication application(argc, argv);
     const TerminationSignals termination;
     applyEditorStyle(application);
+    app::Preferences::load().applyTo(options);
 
     Session session(options, sinceStart);
     if (options.play) {
