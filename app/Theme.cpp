@@ -4,6 +4,7 @@
 #include "StyleSheet.hpp"
 
 #include <QApplication>
+#include <QFile>
 #include <QFontDatabase>
 #include <QPalette>
 #include <QStyleFactory>
@@ -63,7 +64,9 @@ void apply(QApplication& app) {
 }
 
 QIcon icon(const QString& name) {
-    return QIcon(QStringLiteral(":/icons/%1.svg").arg(name));
+    const QString file = QStringLiteral(":/icons/%1.svg").arg(name);
+    // Qt's SVG icon engine complains of a file that is missing.
+    return QFile::exists(file) ? QIcon(file) : QIcon();
 }
 
 } // namespace tarvik::app::theme
