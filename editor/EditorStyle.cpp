@@ -1,89 +1,58 @@
 #include "EditorStyle.hpp"
 
+#include <tarvik/app/Theme.hpp>
+
 #include <QApplication>
 #include <QLabel>
-#include <QPalette>
-#include <QStyleFactory>
+#include <QVariant>
+
+#include <utility>
+
+// A static library's resources have to be asked for, and from outside any namespace.
+static void registerIcons() {
+    Q_INIT_RESOURCE(editor);
+}
 
 namespace tarvik::editor {
 namespace {
 
-const QColor kWindow(0x25, 0x27, 0x2b);
-const QColor kBase(0x1b, 0x1d, 0x20);
-const QColor kAlternateBase(0x20, 0x22, 0x26);
-const QColor kButton(0x33, 0x36, 0x3c);
-const QColor kText(0xdf, 0xe2, 0xe6);
-const QColor kMutedText(0x9a, 0xa0, 0xa8);
-const QColor kDisabledText(0x6d, 0x72, 0x7a);
-const QColor kAccent(0x2f, 0x63, 0xa6);
-const QColor kLink(0x7a, 0xb0, 0xf0);
-const QColor kWarning(0xe8, 0xb3, 0x4b);
-const QColor kError(0xf2, 0x7a, 0x72);
-
-// What the palette cannot say.
 const char* const kStyleSheet = R"(
-QMainWindow::separator { width: 5px; height: 5px; }
-QDockWidget::title { padding: 6px 8px; background: #2c2f34; }
-QHeaderView::section { padding: 4px 3px; border: none; background: #25272b; color: #9aa0a8; }
-QToolTip { padding: 4px; border: 1px solid #44484f; background: #2c2f34; color: #dfe2e6; }
-QStatusBar::item { border: none; }
+QPushButton:focus, QToolButton:focus, QCheckBox::indicator:focus { border-color: #4f8cff; }
+QPushButton[accent="true"]:focus { border-color: #ffffff; }
+QPushButton[accent="true"]:disabled { color: #5b616c; background: #1e2126; border-color: #2a2e35; }
+QTreeView, QListView, QTableView { border: 1px solid transparent; }
+QTreeView:focus, QListView:focus, QTableView:focus { border-color: #4f8cff; }
+QMenu::indicator { left: 6px; width: 14px; height: 14px; }
+QCheckBox::indicator:checked, QMenu::indicator:checked { image: url(:/editor/icons/check.svg); }
+QComboBox::down-arrow { image: url(:/editor/icons/down.svg); width: 12px; height: 12px; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 )";
 
 } // namespace
 
 void applyEditorStyle(QApplication& application) {
-    QApplication::setStyle(QStyleFactory::create("Fusion"));
-
-    QPalette palette(kButton, kWindow);
-    palette.setColor(QPalette::Window, kWindow);
-    palette.setColor(QPalette::Base, kBase);
-    palette.setColor(QPalette::AlternateBase, kAlternateBase);
-    palette.setColor(QPalette::Button, kButton);
-    palette.setColor(QPalette::ToolTipBase, kButton);
-    palette.setColor(QPalette::Highlight, kAccent);
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    palette.setColor(QPalette::Link, kLink);
-    palette.setColor(QPalette::PlaceholderText, kMutedText);
-    for (const auto role :
-         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
-        palette.setColor(role, kText);
-        palette.setColor(QPalette::Disabled, role, kDisabledText);
-    }
-    palette.setColor(QPalette::Disabled, QPalette::Highlight, kButton);
-    palette.setColor(QPalette::Disabled, QPalette::HighlightedText, kDisabledText);
-    QApplication::setPalette(palette);
-    application.setStyleSheet(kStyleSheet);
+    registerIcons();
+    app::theme::apply(application);
+    application.setStyleSheet(application.styleSheet() + QString::fromLatin1(kStyleSheet));
 }
 
 QColor logLevelColour(LogLevel level) {
     switch (level) {
     case LogLevel::Debug:
-        return kMutedText;
+        return 0x8a909c;
     case LogLevel::Warn:
-        return kWarning;
+        return 0xe8b84a;
     case LogLevel::Error:
-        return kError;
+        return 0xec6a5e;
     case LogLevel::Info:
         break;
     }
-    return kText;
+    return 0xd7dae0;
 }
 
 void styleText(QLabel& label, TextRole role) {
-    QFont font = label.font();
-    if (role == TextRole::Title)
-        font.setPointSizeF(font.pointSizeF() * 2.0);
-    if (role == TextRole::Heading)
-        font.setPointSizeF(font.pointSizeF() * 1.25);
-    if (role != TextRole::Muted)
-        font.setWeight(QFont::DemiBold);
-    label.setFont(font);
-    if (role == TextRole::Muted) {
-        QPalette palette = label.palette();
-        palette.setColor(QPalette::WindowText, kMutedText);
-        label.setPalette(palette);
-    }
+    constexpr const char* properties[] = {"heading", "section", "muted"};
+    label.setProperty(properties[std::to_underlying(role)], true);
 }
 
 } // namespace tarvik::editor

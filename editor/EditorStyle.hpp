@@ -9,12 +9,15 @@ class QLabel;
 
 namespace tarvik::editor {
 
+// The theme, and what it leaves open: visible keyboard focus, an accent that can be disabled, marks for check
+// boxes and drop-down lists.
 void applyEditorStyle(QApplication& application);
 
 [[nodiscard]] QColor logLevelColour(LogLevel level);
 
-enum class TextRole : std::uint8_t { Title, Heading, Muted };
+enum class TextRole : std::uint8_t { Heading, Section, Muted };
 
+// For a label that was not shown yet.
 void styleText(QLabel& label, TextRole role);
 
 } // namespace tarvik::editor

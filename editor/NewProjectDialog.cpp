@@ -38,6 +38,7 @@ NewProjectDialog::NewProjectDialog(QWidget* parent)
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     create_ = buttons->addButton(tr("&Create"), QDialogButtonBox::AcceptRole);
     create_->setDefault(true);
+    create_->setProperty("accent", true);
     connect(buttons, &QDialogButtonBox::accepted, this, &NewProjectDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &NewProjectDialog::reject);
 

@@ -69,6 +69,7 @@ PictureDialog::PictureDialog(QSize seen, const QString& file, QWidget* parent)
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     save_ = buttons->addButton(tr("&Save"), QDialogButtonBox::AcceptRole);
     save_->setDefault(true);
+    save_->setProperty("accent", true);
     connect(buttons, &QDialogButtonBox::accepted, this, &PictureDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &PictureDialog::reject);
 

@@ -76,9 +76,8 @@ public:
 StartPage::StartPage(QWidget* parent) : QWidget(parent) {
     notice_ = plainLabel({});
     notice_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    QPalette warning = notice_->palette();
-    warning.setColor(QPalette::WindowText, logLevelColour(LogLevel::Warn));
-    notice_->setPalette(warning);
+    // The application's style sheet gives every widget its colour, over the palette.
+    notice_->setStyleSheet("color: " + logLevelColour(LogLevel::Warn).name());
     notice_->hide();
 
     auto* columns = new QHBoxLayout;
@@ -104,7 +103,7 @@ QWidget* StartPage::createGreeting() {
     auto* greeting = new QWidget;
     greeting->setFixedWidth(220);
     auto* title = plainLabel(tr("Tarvik"));
-    styleText(*title, TextRole::Title);
+    styleText(*title, TextRole::Heading);
     auto* subtitle = plainLabel(tr("Open a project to see its scene."));
     styleText(*subtitle, TextRole::Muted);
 
@@ -128,7 +127,7 @@ QWidget* StartPage::createGreeting() {
 QWidget* StartPage::createRecent() {
     auto* recent = new QWidget;
     auto* heading = plainLabel(tr("Recent projects"));
-    styleText(*heading, TextRole::Heading);
+    styleText(*heading, TextRole::Section);
     empty_ = plainLabel(tr("No project was opened yet."));
     styleText(*empty_, TextRole::Muted);
 

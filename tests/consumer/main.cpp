@@ -5,11 +5,17 @@
 #include <tarvik/scene/SceneFile.hpp>
 
 #include <QCoreApplication>
+#include <QFile>
 
-// A line logged through the engine's library must reach the application library's bridge.
+// A line logged through the engine's library must reach the application library's bridge, and the icons come
+// with that library.
 int main(int argc, char* argv[]) {
     const QCoreApplication application(argc, argv);
     const tarvik::app::AppContext context({});
+    if (!QFile::exists(":/icons/scene/bulb.svg")) {
+        tarvik::log::error("Consumer", "the library brought no icons");
+        return 1;
+    }
     tarvik::log::info("Consumer", "{}", "hello");
     for (const tarvik::app::UiLogEntry& entry : context.logBridge->history()) {
         if (entry.category == "Consumer" && entry.message == "hello")
