@@ -3,6 +3,8 @@
 #include "GameRunner.hpp"
 #include "ProjectBuild.hpp"
 
+#include <tarvik/app/Theme.hpp>
+
 #include <QMenuBar>
 
 namespace tarvik::editor {
@@ -16,19 +18,22 @@ GameActions::GameActions(QMenuBar& menuBar, GameRunner& runner) : runner_(runner
 
 void GameActions::createGameMenu(QMenuBar& menuBar) {
     QMenu* menu = menuBar.addMenu(tr("&Game"));
-    play_ = menu->addAction(tr("&Play"), QKeySequence("Ctrl+P"), this, &GameActions::playRequested);
-    pause_ = menu->addAction(tr("P&ause"));
+    play_ = menu->addAction(app::theme::icon("play"), tr("&Play"), QKeySequence("Ctrl+P"), this,
+                            &GameActions::playRequested);
+    pause_ = menu->addAction(app::theme::icon("pause"), tr("P&ause"));
     pause_->setCheckable(true);
     pause_->setShortcut(QKeySequence("Ctrl+Shift+P"));
     connect(pause_, &QAction::toggled, this, &GameActions::pauseToggled);
-    stop_ = menu->addAction(tr("&Stop"), QKeySequence("Ctrl+."), &runner_, &GameRunner::stop);
+    stop_ = menu->addAction(app::theme::icon("stop"), tr("&Stop"), QKeySequence("Ctrl+."), &runner_,
+                            &GameRunner::stop);
 }
 
 void GameActions::createBehavioursMenu(QMenuBar& menuBar) {
     QMenu* menu = menuBar.addMenu(tr("&Behaviours"));
     newBehaviour_ = menu->addAction(tr("&New Behaviour…"), this, &GameActions::newBehaviourRequested);
     menu->addSeparator();
-    buildAction_ = menu->addAction(tr("&Build"), QKeySequence("Ctrl+B"), this, [this] { build_->build(); });
+    buildAction_ = menu->addAction(app::theme::icon("code"), tr("&Build"), QKeySequence("Ctrl+B"), this,
+                                   [this] { build_->build(); });
     cancel_ = menu->addAction(tr("&Cancel Build"), this, [this] { build_->cancel(); });
 }
 

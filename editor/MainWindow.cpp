@@ -4,19 +4,25 @@
 #include "Controls.hpp"
 #include "DisplayText.hpp"
 #include "GameActions.hpp"
+#include "GpuList.hpp"
+#include "Inspector.hpp"
 #include "LogPanel.hpp"
 #include "NewBehaviourDialog.hpp"
 #include "NewProjectDialog.hpp"
 #include "PictureSaver.hpp"
+#include "PreferencesDialog.hpp"
 #include "ProjectBuild.hpp"
 #include "SceneTree.hpp"
 #include "Session.hpp"
 #include "StartPage.hpp"
+#include "StatusDisplay.hpp"
 #include "ViewportPane.hpp"
 
 #include <tarvik/app/AppContext.hpp>
 #include <tarvik/app/Paths.hpp>
+#include <tarvik/app/ProjectSettingsDialog.hpp>
 #include <tarvik/app/ScriptBuilder.hpp>
+#include <tarvik/app/Theme.hpp>
 #include <tarvik/core/Log.hpp>
 #include <tarvik/core/Paths.hpp>
 #include <tarvik/renderer/RenderContext.hpp>
@@ -32,11 +38,12 @@
 #include <QSettings>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QToolBar>
 
 namespace tarvik::editor {
 namespace {
 
-constexpr int kLayoutVersion = 1;
+constexpr int kLayoutVersion = 2;
 constexpr int kMessageMs = 10'000;
 const char* const kGeometryKey = "mainWindow/geometry";
 const char* const kLayoutKey = "mainWindow/layout";
@@ -49,6 +56,7 @@ MainWindow::MainWindow(Session& session)
       runner_(session, *this),
       pages_(new QStackedWidget),
       startPage_(new StartPage),
+      status_(std::make_unique<StatusDisplay>(*statusBar())),
       pane_(new ViewportPane(client_)),
       pictures_(new PictureSaver(*this, *pane_)) {
     pages_->addWidget(startPage_);
@@ -64,11 +72,13 @@ MainWindow::MainWindow(Session& session)
     createViewMenu();
     createGameMenus();
     createHelpMenu();
-    createStatusBar();
+    createToolBar();
 
     connect(sceneTree_, &SceneTree::entityChosen, &client_, &SceneViewClient::select);
+    connect(sceneTree_, &SceneTree::entityChosen, inspector_, &Inspector::inspect);
     connect(sceneTree_, &SceneTree::entityActivated, &client_, &SceneViewClient::frameSelection);
     connect(&client_, &SceneViewClient::entityChosen, sceneTree_, &SceneTree::choose);
+    connect(&client_, &SceneViewClient::entityChosen, inspector_, &Inspector::inspect);
     // Queued: whoever dropped the file waits for the drop to end.
     connect(&client_, &SceneViewClient::projectDropped, this, &MainWindow::open, Qt::QueuedConnection);
     connect(&client_, &SceneViewClient::sceneDropped, this, &MainWindow::openScene, Qt::QueuedConnection);
@@ -76,8 +86,8 @@ MainWindow::MainWindow(Session& session)
     connect(pictures_, &PictureSaver::failed, this,
             [this](const QString& problem) { session_.reportFailure(this, problem); });
     session_.watch(*pane_);
-    connect(pane_, &ViewportPane::frameRendered, this, [this] { ++framesShown_; });
-    connect(pane_, &ViewportPane::renderFailed, this, &MainWindow::clearRenderStatus);
+    connect(pane_, &ViewportPane::frameRendered, this, [this] { status_->countFrame(); });
+    connect(pane_, &ViewportPane::renderFailed, status_.get(), &StatusDisplay::stopRendering);
     connect(&session_, &Session::contextAboutToChange, this, [this] {
         stopRendering();
         logPanel_->detach();
@@ -130,9 +140,12 @@ void MainWindow::createDocks() {
     buildPanel_ = new BuildPanel;
     buildDock_ =
         addDock(tr("Build"), "buildDock", Qt::BottomDockWidgetArea, buildPanel_, QKeySequence("Ctrl+3"));
+    inspector_ = new Inspector;
+    QDockWidget* inspector = addDock(tr("Inspector"), "inspectorDock", Qt::RightDockWidgetArea, inspector_,
+                                     QKeySequence("Ctrl+4"));
     tabifyDockWidget(log, buildDock_);
     log->raise();
-    resizeDocks({scene}, {280}, Qt::Horizontal);
+    resizeDocks({scene, inspector}, {280, 280}, Qt::Horizontal);
     resizeDocks({log}, {220}, Qt::Vertical);
 }
 
@@ -154,6 +167,13 @@ void MainWindow::createFileMenu() {
     projectActions_ += menu->addAction(tr("Save Picture of &Window…"), this, [this] {
         pictures_->askForWindow(tr("%1 window").arg(projectName()));
     });
+    menu->addSeparator();
+    projectSettings_ = menu->addAction(app::theme::icon("settings"), tr("Project Se&ttings…"), this,
+                                       &MainWindow::askForProjectSettings);
+    projectActions_ += projectSettings_;
+    QAction* preferences =
+        menu->addAction(tr("Pre&ferences…"), QKeySequence::Preferences, this, &MainWindow::askForPreferences);
+    preferences->setMenuRole(QAction::PreferencesRole);
     menu->addSeparator();
     QAction* quit = menu->addAction(tr("&Quit"), QKeySequence::Quit, this, &MainWindow::close);
     quit->setMenuRole(QAction::QuitRole);
@@ -192,25 +212,29 @@ void MainWindow::createGameMenus() {
     connect(&runner_, &GameRunner::failed, this, &MainWindow::showGameProblem);
 }
 
+void MainWindow::createToolBar() {
+    auto* bar = new QToolBar(tr("Tools"), this);
+    bar->setObjectName("toolBar");
+    bar->setMovable(false);
+    bar->setIconSize({20, 20});
+    bar->addActions({game_->play(), game_->pause(), game_->stop()});
+    bar->addSeparator();
+    bar->addAction(game_->build());
+    bar->addSeparator();
+    bar->addAction(projectSettings_);
+    for (QAction* action : bar->actions()) {
+        if (QWidget* button = bar->widgetForAction(action); button != nullptr && !action->isSeparator())
+            button->setFocusPolicy(Qt::TabFocus);
+    }
+    addToolBar(bar);
+    toolBar_ = bar;
+}
+
 void MainWindow::createHelpMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&Help"));
     menu->addAction(tr("&Controls"), QKeySequence::HelpContents, this, [this] { showControls(*this); });
     QAction* about = menu->addAction(tr("&About Tarvik"), this, &MainWindow::showAbout);
     about->setMenuRole(QAction::AboutRole);
-}
-
-void MainWindow::createStatusBar() {
-    frameRateLabel_ = new QLabel;
-    frameRateLabel_->setAccessibleName(tr("Frame rate"));
-    gpuLabel_ = new QLabel;
-    gpuLabel_->setTextFormat(Qt::PlainText);
-    gpuLabel_->setAccessibleName(tr("GPU"));
-    for (QLabel* label : {frameRateLabel_, gpuLabel_}) {
-        label->setContentsMargins(8, 2, 8, 2);
-        statusBar()->addPermanentWidget(label);
-    }
-    frameRateTimer_.setInterval(1000);
-    connect(&frameRateTimer_, &QTimer::timeout, this, &MainWindow::showFrameRate);
 }
 
 // A run that nobody watches looks the same every time: it neither takes up nor leaves a window state.
@@ -287,6 +311,7 @@ void MainWindow::closeProject() {
     project_.reset();
     client_.setScene(nullptr);
     sceneTree_->setScene(nullptr);
+    inspector_->setScene(nullptr);
     showStartPage();
 }
 
@@ -295,6 +320,7 @@ void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) 
     openBuild(app::toQString(project.project.rootDir()));
     client_.setScene(project.scene, viewpoint);
     sceneTree_->setScene(project.scene);
+    inspector_->setScene(project.scene);
     setDocksAvailable(true);
     pages_->setCurrentWidget(pane_);
     updateTitle();
@@ -337,6 +363,25 @@ void MainWindow::askForNewProject() {
     dialog->open();
 }
 
+void MainWindow::askForProjectSettings() {
+    app::ProjectSettingsDialog dialog(project_->project, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    app::AppContext& context = session_.context();
+    context.registry.touch(project_->project.rootDir(), project_->project.name());
+    context.saveRecentProjects();
+    updateTitle();
+}
+
+void MainWindow::askForPreferences() {
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const GpuList gpus = availableGpus();
+    QGuiApplication::restoreOverrideCursor();
+    auto* dialog = new PreferencesDialog(gpus, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
 void MainWindow::fillRecentMenu(QMenu& menu) {
     menu.clear();
     for (const RecentProject& recent : session_.context().registry.projects()) {
@@ -370,12 +415,14 @@ void MainWindow::openBuild(const QString& root) {
     runner_.setBuild(build_.get());
     game_->setBuild(build_.get());
     buildPanel_->watch(build_.get());
+    status_->watch(build_.get());
 }
 
 void MainWindow::closeBuild() {
     runner_.setBuild(nullptr);
     game_->setBuild(nullptr);
     buildPanel_->watch(nullptr);
+    status_->watch(nullptr);
     build_.reset();
 }
 
@@ -415,20 +462,12 @@ void MainWindow::startRendering() {
     pane_->start(session_.context());
     if (pane_->viewport() == nullptr)
         return;
-    frameRateClock_.start();
-    frameRateTimer_.start();
-    gpuLabel_->setText(oneLine(QString::fromStdString(session_.context().renderContext()->deviceName())));
+    status_->startRendering(QString::fromStdString(session_.context().renderContext()->deviceName()));
 }
 
 void MainWindow::stopRendering() {
     pane_->stop();
-    clearRenderStatus();
-}
-
-void MainWindow::clearRenderStatus() {
-    frameRateTimer_.stop();
-    frameRateLabel_->clear();
-    gpuLabel_->clear();
+    status_->stopRendering();
 }
 
 // The start page stands alone; what the user arranged comes back with a project.
@@ -438,11 +477,13 @@ void MainWindow::setDocksAvailable(bool on) {
     if (on == docksAvailable_)
         return;
     docksAvailable_ = on;
-    if (on) {
+    if (on)
         restoreState(layout_, kLayoutVersion);
+    else
+        layout_ = saveState(kLayoutVersion);
+    toolBar_->setVisible(on);
+    if (on)
         return;
-    }
-    layout_ = saveState(kLayoutVersion);
     for (QDockWidget* dock : findChildren<QDockWidget*>())
         dock->hide();
 }
@@ -459,19 +500,13 @@ QString MainWindow::projectName() const {
     return project_ ? oneLine(QString::fromStdString(project_->project.name())) : QString();
 }
 
-void MainWindow::showFrameRate() {
-    const double seconds = static_cast<double>(frameRateClock_.restart()) / 1000.0;
-    frameRateLabel_->setText(tr("%1 fps").arg(qRound(framesShown_ / seconds)));
-    framesShown_ = 0;
-}
-
 void MainWindow::showAbout() {
     auto* box = new QMessageBox(QMessageBox::NoIcon, tr("About Tarvik"),
                                 tr("Tarvik Editor %1").arg(QCoreApplication::applicationVersion()),
                                 QMessageBox::Ok, this);
     box->setInformativeText(
         tr("Built with Qt %1. Rendering with Vulkan on %2.")
-            .arg(qVersion(), gpuLabel_->text().isEmpty() ? tr("no GPU yet") : gpuLabel_->text()));
+            .arg(qVersion(), status_->gpu().isEmpty() ? tr("no GPU yet") : status_->gpu()));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
 }

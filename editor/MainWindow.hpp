@@ -4,29 +4,29 @@
 #include "OpenedProject.hpp"
 #include "SceneViewClient.hpp"
 
-#include <QElapsedTimer>
 #include <QMainWindow>
-#include <QTimer>
 
 #include <memory>
 #include <optional>
 
 class QAction;
 class QDockWidget;
-class QLabel;
 class QMenu;
 class QStackedWidget;
+class QToolBar;
 
 namespace tarvik::editor {
 
 class BuildPanel;
 class GameActions;
+class Inspector;
 class LogPanel;
 class PictureSaver;
 class ProjectBuild;
 class SceneTree;
 class Session;
 class StartPage;
+class StatusDisplay;
 class ViewportPane;
 
 // The editor: the scene in the middle, its entities and the log around it; the start page while no project is
@@ -50,7 +50,7 @@ private:
     void createFileMenu();
     void createViewMenu();
     void createHelpMenu();
-    void createStatusBar();
+    void createToolBar();
     void restoreWindowState();
 
     void open(const QString& folder);
@@ -63,6 +63,8 @@ private:
     void showStartPage();
     void askForProject();
     void askForNewProject();
+    void askForProjectSettings();
+    void askForPreferences();
     void fillRecentMenu(QMenu& menu);
     void forget(const QString& folder);
 
@@ -76,10 +78,8 @@ private:
 
     void startRendering();
     void stopRendering();
-    void clearRenderStatus();
     void setDocksAvailable(bool on);
     void updateTitle();
-    void showFrameRate();
     [[nodiscard]] QString projectName() const; // as one line; empty while none is open
     void showAbout();
 
@@ -91,18 +91,17 @@ private:
     std::unique_ptr<GameActions> game_;
     QStackedWidget* pages_;
     StartPage* startPage_;
+    std::unique_ptr<StatusDisplay> status_;
     ViewportPane* pane_;
     PictureSaver* pictures_;
     SceneTree* sceneTree_ = nullptr;
+    Inspector* inspector_ = nullptr;
     LogPanel* logPanel_ = nullptr;
     BuildPanel* buildPanel_ = nullptr;
     QDockWidget* buildDock_ = nullptr;
     QList<QAction*> projectActions_; // of use only while a project is open
-    QLabel* gpuLabel_ = nullptr;
-    QLabel* frameRateLabel_ = nullptr;
-    QTimer frameRateTimer_;
-    QElapsedTimer frameRateClock_;
-    int framesShown_ = 0;
+    QAction* projectSettings_ = nullptr;
+    QToolBar* toolBar_ = nullptr;
     QByteArray standardLayout_;
     QByteArray layout_; // of the docks, while the start page hides them
     bool docksAvailable_ = true;
