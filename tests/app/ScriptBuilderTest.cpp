@@ -52,8 +52,7 @@ struct Build {
     std::string output;
 };
 
-class ScriptBuilderTest : public testing::Test {
-protected:
+struct ScriptBuilderTest : testing::Test {
     ScriptBuilderTest() { qputenv("TARVIK_TEST_MARK", home.path().string().c_str()); }
     ~ScriptBuilderTest() override { qputenv("PATH", path); }
 
@@ -123,7 +122,7 @@ TEST_F(ScriptBuilderTest, RealBuildsFailAndRecover) {
 TEST_F(ScriptBuilderTest, EveryFailureSaysWhatIsWrong) {
     const fs::path list = tree / "src/CMakeLists.txt";
     const auto cmake = [this](const char* script) {
-        return [=, this] {
+        return [this, script] {
             install("cmake", script);
         };
     };
