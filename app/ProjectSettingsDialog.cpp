@@ -82,8 +82,6 @@ ProjectSettingsDialog::ProjectSettingsDialog(Project& edited, QWidget* parent)
     box->addLayout(form);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
-    for (QAbstractButton* button : buttons->buttons())
-        button->setIcon({}); // the platform's, of another style
     buttons->button(QDialogButtonBox::Save)->setProperty("accent", true);
     connect(buttons, &QDialogButtonBox::accepted, this, &ProjectSettingsDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

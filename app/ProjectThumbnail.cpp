@@ -1,7 +1,7 @@
 #include <tarvik/app/ProjectThumbnail.hpp>
 
 #include <QFileInfo>
-#include <QImageReader>
+#include <QImage>
 #include <QPainter>
 #include <QRegularExpression>
 #include <QString>
@@ -13,35 +13,22 @@ namespace tarvik::app {
 
 namespace {
 
-// What Qt allows a picture of 32 bits a pixel to need by itself. Its limit counts the bits of the file's own
-// format, and a picture in black and white grows by a factor of 32 on its way to the screen.
-constexpr qint64 kMaxBytes = 128LL << 20U;
-constexpr qint64 kMaxPixels = kMaxBytes / 4;
-
-bool isTooLarge(const QSize& size) {
-    return size.isValid() && size.height() > 0 && size.width() > kMaxPixels / size.height();
-}
-
-// Null when the file cannot be read or would cost too much. Opening a pipe would wait for its writer.
+// A null picture when the file cannot be read or when Qt, which allows one 128 MB at 32 bits a pixel, finds
+// it too large to decode. Not straight into a pixmap, as those are cached. Opening a pipe would wait for its
+// writer.
 QImage readPicture(const QString& file) {
-    const QFileInfo info(file);
-    if (!info.isFile() || info.size() > kMaxBytes)
-        return {};
-    QImageReader reader(file);
-    if (isTooLarge(reader.size()))
-        return {};
-    const QImage picture = reader.read(); // not every format tells its size before
-    return isTooLarge(picture.size()) ? QImage() : picture;
+    return QFileInfo(file).isFile() ? QImage(file) : QImage();
 }
 
 // Scaled whole, a picture of a single row would fill gigabytes, of which the cut shows the first columns.
 QImage withoutUnseenParts(const QImage& picture, const QSize& size) {
+    constexpr double kMaxPixels = 32 << 20;
     const QSizeF whole = QSizeF(picture.size()).scaled(size, Qt::KeepAspectRatioByExpanding);
     if (whole.width() * whole.height() <= kMaxPixels)
         return picture;
     const QSizeF seen = QSizeF(size) * (picture.width() / whole.width());
-    return picture.copy(
-        QRect(QPoint(), QSize(qCeil(seen.width()), qCeil(seen.height())).boundedTo(picture.size())));
+    const QSize kept(qCeil(seen.width()), qCeil(seen.height()));
+    return picture.copy(QRect(QPoint(), kept.boundedTo(picture.size())));
 }
 
 QString initialsOf(const QString& name) {

@@ -68,8 +68,6 @@ PreferencesDialog::PreferencesDialog(const GpuList& gpus, QWidget* parent)
     form->addRow({}, hintLabel(tr("New projects are offered a place here from now on.")));
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
-    for (QAbstractButton* button : buttons->buttons())
-        button->setIcon({}); // the platform's, of another style
     buttons->button(QDialogButtonBox::Save)->setProperty("accent", true);
     connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &PreferencesDialog::reject);
