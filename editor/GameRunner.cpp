@@ -35,6 +35,8 @@ void GameRunner::setBuild(ProjectBuild* build) {
 void GameRunner::play(std::shared_ptr<const Scene> scene) {
     stop();
     scene_ = std::move(scene);
+    // A build that runs already may have read sources that changed since. Another one follows it.
+    buildIsOld_ = build_->busy();
     Q_EMIT stateChanged();
     // Current behaviours cost a moment; the game must never run old ones.
     if (build_->builder().hasScripts())
@@ -59,6 +61,8 @@ void GameRunner::giveUp() {
 }
 
 void GameRunner::buildEnded(bool ok, const QString&) {
+    if (scene_ && std::exchange(buildIsOld_, false))
+        return;
     if (scene_ && ok) {
         begin();
     } else if (scene_) {

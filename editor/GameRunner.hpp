@@ -54,6 +54,7 @@ private:
     QWidget& window_;
     ProjectBuild* build_ = nullptr;
     std::shared_ptr<const Scene> scene_; // that is about to be played
+    bool buildIsOld_ = false;            // the one that runs began before the scene was to be played
     std::unique_ptr<Game> game_;
     QPointer<QWidget> question_;
 };
