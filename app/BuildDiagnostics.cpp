@@ -58,6 +58,10 @@ bool isDigit(QChar c) {
     return c >= u'0' && c <= u'9';
 }
 
+bool endsWithDigit(QStringView text) {
+    return !text.isEmpty() && isDigit(text.back());
+}
+
 bool isIndented(QStringView line) {
     return line.startsWith(u' ') || line.startsWith(u'\t');
 }
@@ -123,7 +127,7 @@ std::optional<Marker> markerAt(QStringView line, qsizetype end, qsizetype at) {
         constexpr qsizetype kLongestCode = 12;
         const QStringView code = after.first(std::min(after.size(), kLongestCode));
         const qsizetype colon = code.indexOf(u':');
-        if (code.startsWith(u' ') && colon > 2 && isDigit(code.first(colon).trimmed().back()))
+        if (code.startsWith(u' ') && colon > 2 && endsWithDigit(code.first(colon).trimmed()))
             return Marker{severity, end, at + text.size() + 1};
     }
     return std::nullopt;

@@ -93,7 +93,7 @@ QWidget* BuildPanel::createTools() {
     progress_->setAccessibleName(tr("The build is running"));
     layout->addWidget(progress_);
 
-    start_ = new QPushButton(tr("&Build"));
+    start_ = new QPushButton(tr("B&uild"));
     start_->setToolTip(tr("Build the project's behaviours"));
     connect(start_, &QPushButton::clicked, this, [this] {
         if (build_)

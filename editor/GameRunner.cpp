@@ -35,6 +35,8 @@ void GameRunner::setBuild(ProjectBuild* build) {
 void GameRunner::play(std::shared_ptr<const Scene> scene) {
     stop();
     scene_ = std::move(scene);
+    // A build that runs already may have read sources that changed since. Another one follows it.
+    buildIsOld_ = build_->busy();
     Q_EMIT stateChanged();
     // Current behaviours cost a moment; the game must never run old ones.
     if (build_->builder().hasScripts())
@@ -59,12 +61,14 @@ void GameRunner::giveUp() {
 }
 
 void GameRunner::buildEnded(bool ok, const QString&) {
+    if (scene_ && std::exchange(buildIsOld_, false))
+        return;
     if (scene_ && ok) {
         begin();
     } else if (scene_) {
         giveUp();
         Q_EMIT buildFailed();
-    } else if (game_ && ok) {
+    } else if (game_ && ok && !hasCrashed()) { // nobody is asked again, once the game runs without it
         if (const auto loaded = game_->load(build_->builder().libraryPath()); !loaded)
             Q_EMIT failed(QString::fromStdString(loaded.error().message));
     }
@@ -76,10 +80,15 @@ void GameRunner::begin() {
     const QString library = build_->builder().libraryPath();
     if (!QFileInfo::exists(library))
         run({});
-    else if (ModuleStore(build_->builder().loadDir()).hasCrashed(ModuleStore::fingerprint(library)))
+    else if (hasCrashed())
         askWhetherToTrust();
     else
         run(library);
+}
+
+bool GameRunner::hasCrashed() const {
+    const app::ScriptBuilder& builder = build_->builder();
+    return ModuleStore(builder.loadDir()).hasCrashed(ModuleStore::fingerprint(builder.libraryPath()));
 }
 
 void GameRunner::askWhetherToTrust() {
@@ -99,12 +108,14 @@ void GameRunner::askWhetherToTrust() {
     question_ = box;
     connect(box, &QMessageBox::finished, this, [this, box, load, without] {
         question_.clear();
-        if (box->clickedButton() == load)
+        if (box->clickedButton() == load) {
             run(build_->builder().libraryPath());
-        else if (box->clickedButton() == without)
+        } else if (box->clickedButton() == without) {
             run({});
-        else
+        } else {
             giveUp();
+            Q_EMIT declined();
+        }
     });
     box->open();
 }

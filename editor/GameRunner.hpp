@@ -41,11 +41,14 @@ Q_SIGNALS:
     void buildFailed();
     // The game did not start, or goes on with the behaviours that it has.
     void failed(const QString& problem);
+    // The user does not want behaviours that crashed, nor a game without them.
+    void declined();
     void stateChanged();
 
 private:
     void buildEnded(bool ok, const QString& output);
     void begin();
+    [[nodiscard]] bool hasCrashed() const; // the module that is built
     void askWhetherToTrust();
     void run(const QString& library);
     void giveUp();
@@ -54,6 +57,7 @@ private:
     QWidget& window_;
     ProjectBuild* build_ = nullptr;
     std::shared_ptr<const Scene> scene_; // that is about to be played
+    bool buildIsOld_ = false;            // the one that runs began before the scene was to be played
     std::unique_ptr<Game> game_;
     QPointer<QWidget> question_;
 };

@@ -32,6 +32,7 @@ PlayWindow::PlayWindow(Session& session)
         session_.reportFailure(nullptr, tr("The behaviours could not be built; the log says why."),
                                AfterFailure::Quit);
     });
+    connect(&runner_, &GameRunner::declined, this, &PlayWindow::close);
     connect(&runner_, &GameRunner::failed, this, [this](const QString& problem) {
         if (runner_.game() != nullptr)
             log::error("Game", "{}", problem.toStdString());

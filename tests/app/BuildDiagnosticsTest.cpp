@@ -125,6 +125,7 @@ C:\Jörg (x)\Scripts\A.cpp(6,3): error C3861: 'unknown': identifier not found [C
 2>C:\Jörg (x)\Scripts\A.cpp(7): warning C4101: 'unused': unreferenced local variable [C:\game.vcxproj]
 C:\Jörg (x)\Scripts\A.cpp(4,1): message : see declaration of 'call' [C:\game.vcxproj]
 Note: including file: C:\x.hpp
+a.cpp(1) : error   : no code
 cl : Command line warning D9002 : ignoring unknown option '/bogus'
 A.obj : error LNK2019: unresolved external symbol gone referenced in function user
 C:\out\game.dll : fatal error LNK1120: 1 unresolved externals
