@@ -4,9 +4,13 @@
 #include "ProjectBuild.hpp"
 #include "Session.hpp"
 
+#include <tarvik/app/Paths.hpp>
 #include <tarvik/app/ScriptBuilder.hpp>
+#include <tarvik/core/Paths.hpp>
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDir>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
@@ -87,8 +91,17 @@ void GameRunner::begin() {
 }
 
 bool GameRunner::hasCrashed() const {
-    const app::ScriptBuilder& builder = build_->builder();
-    return ModuleStore(builder.loadDir()).hasCrashed(ModuleStore::fingerprint(builder.libraryPath()));
+    return ModuleStore(loadDir()).hasCrashed(ModuleStore::fingerprint(build_->builder().libraryPath()));
+}
+
+// A shipped game has no sources, and its folder is not to be written to.
+QString GameRunner::loadDir() const {
+    if (build_->builder().hasScripts())
+        return build_->builder().loadDir();
+    const QByteArray game =
+        QCryptographicHash::hash(QDir(build_->root()).absolutePath().toUtf8(), QCryptographicHash::Sha1)
+            .toHex();
+    return app::toQString(paths::userDataDir()) + "/games/" + QString::fromLatin1(game);
 }
 
 void GameRunner::askWhetherToTrust() {
@@ -121,7 +134,7 @@ void GameRunner::askWhetherToTrust() {
 }
 
 void GameRunner::run(const QString& library) {
-    game_ = std::make_unique<Game>(*std::exchange(scene_, nullptr), build_->builder().loadDir());
+    game_ = std::make_unique<Game>(*std::exchange(scene_, nullptr), loadDir());
     if (!library.isEmpty()) {
         if (const auto loaded = game_->load(library); !loaded) {
             game_.reset();

@@ -49,6 +49,7 @@ private:
     void buildEnded(bool ok, const QString& output);
     void begin();
     [[nodiscard]] bool hasCrashed() const; // the module that is built
+    [[nodiscard]] QString loadDir() const;
     void askWhetherToTrust();
     void run(const QString& library);
     void giveUp();
