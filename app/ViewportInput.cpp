@@ -301,6 +301,7 @@ bool VulkanViewport::takeFromApplication(QObject* watched, QEvent* event) {
 
 // A menu that opens while a button is down gets its release.
 void VulkanViewport::releaseElsewhere(Qt::MouseButton button) {
+    pressing = Qt::NoButton;
     if (const auto known = toMouseButton(button))
         inputState.setMouseButton(*known, false);
     if (button == Qt::RightButton)
