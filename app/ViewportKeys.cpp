@@ -128,15 +128,17 @@ bool VulkanViewport::takeKeyFrom(const QObject* window, QKeyEvent& event) {
     case QEvent::ShortcutOverride:
         return overrideShortcut(event);
     case QEvent::KeyRelease:
-        return wasHeld && isNavigation(event.key());
+        return (wasHeld || event.isAutoRepeat()) && isNavigation(event.key());
     default:
         takeKey(event);
         return isNavigation(event.key()) || client.keyPressed(event.key(), event.modifiers());
     }
 }
 
-// Whether the keys of the window around are this viewport's.
+// Whether the keys of the window around are this viewport's. A picture that broke off has nothing to move in.
 bool VulkanViewport::hasKeys() const {
+    if (failed && vulkanInstance() != nullptr)
+        return false;
     if (isTextInput(QApplication::focusWidget()) || QApplication::activePopupWidget() != nullptr)
         return false;
     return engaged() || (!warpAvailable && container && container->hasFocus());
