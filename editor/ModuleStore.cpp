@@ -5,8 +5,23 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
+#include <QTemporaryFile>
 
 namespace tarvik::editor {
+namespace {
+
+bool isWritable(const QString& folder) {
+    // By trying: not every system's permissions tell it.
+    return QDir().mkpath(folder) && QTemporaryFile(QDir(folder).filePath("probe")).open();
+}
+
+} // namespace
+
+ModuleStore::ModuleStore(const QString& folder)
+    : folder_(isWritable(folder)
+                  ? folder
+                  : QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + "/loaded") {}
 
 void ModuleStore::sweep() const {
     const QDir folder(folder_);

@@ -14,8 +14,8 @@ namespace tarvik::editor {
 // ended the program.
 class ModuleStore final {
 public:
-    // Touches nothing on disk.
-    explicit ModuleStore(QString folder) : folder_(std::move(folder)) {}
+    // Where nothing can be written, as in a game that is installed, another folder of the user's does.
+    explicit ModuleStore(const QString& folder);
 
     // Removes the copies that earlier processes left.
     void sweep() const;

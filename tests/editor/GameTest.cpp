@@ -127,6 +127,14 @@ TEST_F(GameTest, TheOldGenerationRunsOnWhenTheNewOneFails) {
     EXPECT_EQ(copies().size(), 1); // the one that runs
 }
 
+TEST_F(GameTest, AGameThatLiesWhereNothingCanBeWrittenRuns) {
+    qputenv("XDG_CACHE_HOME", (folder_ / "cache").c_str());
+    test::writeText(folder_ / "file", "");
+    Game game(scene_, QString::fromStdString(folder_ / "file/loaded"));
+    const auto loaded = game.load(module("generation1"));
+    EXPECT_TRUE(loaded) << test::errorOf(loaded);
+}
+
 TEST_F(GameTest, AThousandGenerationsLeaveNothingBehind) {
     {
         Game game(scene_, loadDir());
