@@ -41,7 +41,7 @@ TEST(ProjectSettingsDialogTest, OffersTheScenesAndSavesAllThatIsEditedByKeyboard
         test::writeText(project.rootDir() / name, "");
     for (const char* current : {"", "Content/Gone.lscene"}) {
         project.setDefaultScene(current);
-        DialogUnderTest shown(project);
+        const DialogUnderTest shown(project);
         const auto& scenes = *shown.dialog.findChild<QComboBox*>();
         EXPECT_EQ(scenes.currentText(), current);
         EXPECT_EQ(scenes.count(), 2);
