@@ -20,6 +20,7 @@
 
 #include <tarvik/app/AppContext.hpp>
 #include <tarvik/app/Paths.hpp>
+#include <tarvik/app/Preferences.hpp>
 #include <tarvik/app/ProjectSettingsDialog.hpp>
 #include <tarvik/app/ScriptBuilder.hpp>
 #include <tarvik/app/Theme.hpp>
@@ -47,6 +48,10 @@ constexpr int kLayoutVersion = 2;
 constexpr int kMessageMs = 10'000;
 const char* const kGeometryKey = "mainWindow/geometry";
 const char* const kLayoutKey = "mainWindow/layout";
+
+std::filesystem::path projectsDir() {
+    return app::toPath(app::Preferences::load().effectiveProjectsDirectory());
+}
 
 } // namespace
 
@@ -109,9 +114,8 @@ MainWindow::~MainWindow() {
 void MainWindow::start() {
     const app::AppOptions& options = session_.options();
     if (!options.newProjectName.isEmpty()) {
-        const auto folder = options.projectDir.isEmpty()
-                                ? paths::defaultProjectsDir() / app::toPath(options.newProjectName)
-                                : app::toPath(options.projectDir);
+        const auto folder = options.projectDir.isEmpty() ? projectsDir() / app::toPath(options.newProjectName)
+                                                         : app::toPath(options.projectDir);
         create(app::toQString(folder), options.newProjectName);
     } else if (!options.projectDir.isEmpty()) {
         open(options.projectDir);
@@ -271,6 +275,7 @@ void MainWindow::load(const QString& folder, const QString& scene, Viewpoint vie
             showStartPage();
         return;
     }
+    delete findChild<app::ProjectSettingsDialog*>(); // it edits the project that goes
     const OpenedProject& current = project_.emplace(*std::move(opened));
     app::AppContext& context = session_.context();
     context.registry.touch(current.project.rootDir(), current.project.name());
@@ -349,7 +354,7 @@ void MainWindow::showStartPage() {
 }
 
 void MainWindow::askForProject() {
-    auto* dialog = new QFileDialog(this, tr("Open Project"), app::toQString(paths::defaultProjectsDir()));
+    auto* dialog = new QFileDialog(this, tr("Open Project"), app::toQString(projectsDir()));
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -364,22 +369,22 @@ void MainWindow::askForNewProject() {
 }
 
 void MainWindow::askForProjectSettings() {
-    app::ProjectSettingsDialog dialog(project_->project, this);
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    app::AppContext& context = session_.context();
-    context.registry.touch(project_->project.rootDir(), project_->project.name());
-    context.saveRecentProjects();
-    updateTitle();
+    auto* dialog = new app::ProjectSettingsDialog(project_->project, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, [this] {
+        app::AppContext& context = session_.context();
+        context.registry.touch(project_->project.rootDir(), project_->project.name());
+        context.saveRecentProjects();
+        updateTitle();
+    });
+    dialog->open();
 }
 
 void MainWindow::askForPreferences() {
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     const GpuList gpus = availableGpus();
     QGuiApplication::restoreOverrideCursor();
-    auto* dialog = new PreferencesDialog(gpus, this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->open();
+    (new PreferencesDialog(gpus, this))->open();
 }
 
 void MainWindow::fillRecentMenu(QMenu& menu) {
