@@ -40,7 +40,7 @@ TEST(KeyboardTest, AnEngagedViewportHoldsItsKeysUntilTheFocusGoes) {
         action->setShortcut(QKeySequence(keys));
         QObject::connect(action, &QAction::triggered, &window, [&fired, keys] { fired.emplace_back(keys); });
     }
-    window.show();
+    window.showFullScreen(); // else weston chooses the place
     EXPECT_TRUE(pumpUntil([&] {
         mouse.moveTo(600, 400);
         mouse.moveTo(601, 401);
