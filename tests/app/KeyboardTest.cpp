@@ -26,7 +26,6 @@ void x(const QString& command) {
 // A Wayland keyboard, which is X's: keys reach the top level and never the window that is embedded in it.
 TEST(KeyboardTest, AnEngagedViewportHoldsItsKeysUntilTheFocusGoes) {
     test::Mouse mouse;
-    x("search --name Weston windowfocus");
     AppContext context{AppOptions{}};
     bench::IdleClient client;
     auto* viewport = new VulkanViewport(context, client);
@@ -42,6 +41,7 @@ TEST(KeyboardTest, AnEngagedViewportHoldsItsKeysUntilTheFocusGoes) {
     }
     window.showFullScreen(); // else weston chooses the place
     EXPECT_TRUE(pumpUntil([&] {
+        x("search --name Weston windowfocus");
         mouse.moveTo(600, 400);
         mouse.moveTo(601, 401);
         return window.isActiveWindow() && viewport->input().mousePosition() != glm::vec2(0.0F);
