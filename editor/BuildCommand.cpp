@@ -3,6 +3,7 @@
 #include "CommandLine.hpp"
 #include "DiagnosticText.hpp"
 #include "MovedBuildTree.hpp"
+#include "ProjectPlace.hpp"
 #include "TerminationSignals.hpp"
 
 #include <tarvik/app/Paths.hpp>
@@ -49,7 +50,11 @@ int buildProject(const app::AppOptions& options, const TerminationSignals& termi
                                             .arg(QDir::toNativeSeparators(options.projectDir),
                                                  QString::fromStdString(project.error().message)));
 
-    app::ScriptBuilder builder(app::toQString(project->rootDir()));
+    const QString root = app::toQString(project->rootDir());
+    if (const QString problem = problemWithProjectPlace(root); !problem.isEmpty())
+        return fail(ExitStatus::Failed, problem);
+
+    app::ScriptBuilder builder(root);
     removeMovedBuildTree(builder.buildDir());
     const auto tell = [&options](const QString& line) {
         if (!options.quiet)

@@ -11,9 +11,12 @@
 namespace tarvik::editor {
 namespace {
 
+// Or could be made. By trying: not every system's permissions tell it.
 bool isWritable(const QString& folder) {
-    // By trying: not every system's permissions tell it.
-    return QDir().mkpath(folder) && QTemporaryFile(QDir(folder).filePath("probe")).open();
+    QFileInfo place(folder);
+    while (!place.exists() && !place.isRoot() && place.path() != place.filePath())
+        place.setFile(place.path());
+    return QTemporaryFile(QDir(place.filePath()).filePath("probe")).open();
 }
 
 } // namespace

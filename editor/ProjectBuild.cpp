@@ -1,6 +1,7 @@
 #include "ProjectBuild.hpp"
 
 #include "MovedBuildTree.hpp"
+#include "ProjectPlace.hpp"
 
 #include <QDir>
 #include <QFileInfo>
@@ -36,12 +37,19 @@ void ProjectBuild::makeBuilder() {
 }
 
 void ProjectBuild::setWatching(bool enabled) {
-    watching_ = enabled;
-    builder_->setWatching(enabled);
+    watching_ = enabled && problemWithProjectPlace(projectRoot_).isEmpty();
+    builder_->setWatching(watching_);
 }
 
 void ProjectBuild::build() {
-    builder_->build();
+    const QString problem = problemWithProjectPlace(projectRoot_);
+    if (problem.isEmpty()) {
+        builder_->build();
+        return;
+    }
+    Q_EMIT started();
+    lastTook_ = {};
+    Q_EMIT finished(false, problem);
 }
 
 void ProjectBuild::cancel() {

@@ -176,6 +176,11 @@ TEST_F(BuildTest, EndsWithWhetherTheBehavioursCompileAndWithTheDiagnosticsAlone)
     EXPECT_TRUE(broken.errors.starts_with(path("project/Scripts/B.cpp:2:12: error: "))) << broken.errors;
     EXPECT_EQ(std::ranges::count(broken.errors, '\n'), 1) << broken.errors;
 
+    fs::copy(path("project"), path("[1]"), fs::copy_options::recursive); // CMake would find no sources there
+    const Ended pattern = run({"--build", "--project", path("[1]"), "-platform", "none"});
+    EXPECT_EQ(pattern.status, 1);
+    EXPECT_TRUE(pattern.errors.contains("takes for a pattern")) << pattern.errors;
+
     fs::remove_all(path("project/Scripts"));
     const Ended empty = run(arguments_);
     EXPECT_EQ(empty.status, 1);
