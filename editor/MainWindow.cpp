@@ -40,9 +40,9 @@ const char* const kLayoutKey = "mainWindow/layout";
 MainWindow::MainWindow(Session& session)
     : session_(session),
       client_(session.options()),
-      pages_(new QStackedWidget),
-      startPage_(new StartPage),
-      pane_(new ViewportPane(client_)),
+      pages_(new QStackedWidget(this)),
+      startPage_(new StartPage(pages_)),
+      pane_(new ViewportPane(client_, pages_)),
       pictures_(new PictureSaver(*this, *pane_)) {
     pages_->addWidget(startPage_);
     pages_->addWidget(pane_);
@@ -105,20 +105,19 @@ void MainWindow::createDocks() {
     setDockNestingEnabled(true);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     const auto addDock = [this](const QString& title, const char* name, Qt::DockWidgetArea area,
-                                QWidget* content, const QKeySequence& shortcut) {
+                                const QKeySequence& shortcut) {
         auto* dock = new QDockWidget(title, this);
         dock->setObjectName(name);
-        dock->setWidget(content);
         dock->toggleViewAction()->setShortcut(shortcut);
         addDockWidget(area, dock);
         return dock;
     };
-    sceneTree_ = new SceneTree;
-    logPanel_ = new LogPanel;
-    QDockWidget* scene =
-        addDock(tr("Scene"), "sceneDock", Qt::LeftDockWidgetArea, sceneTree_, QKeySequence("Ctrl+1"));
-    QDockWidget* log =
-        addDock(tr("Log"), "logDock", Qt::BottomDockWidgetArea, logPanel_, QKeySequence("Ctrl+2"));
+    QDockWidget* scene = addDock(tr("Scene"), "sceneDock", Qt::LeftDockWidgetArea, QKeySequence("Ctrl+1"));
+    QDockWidget* log = addDock(tr("Log"), "logDock", Qt::BottomDockWidgetArea, QKeySequence("Ctrl+2"));
+    sceneTree_ = new SceneTree(scene);
+    scene->setWidget(sceneTree_);
+    logPanel_ = new LogPanel(log);
+    log->setWidget(logPanel_);
     resizeDocks({scene}, {280}, Qt::Horizontal);
     resizeDocks({log}, {220}, Qt::Vertical);
 }
@@ -173,9 +172,9 @@ void MainWindow::createHelpMenu() {
 }
 
 void MainWindow::createStatusBar() {
-    frameRateLabel_ = new QLabel;
+    frameRateLabel_ = new QLabel(statusBar());
     frameRateLabel_->setAccessibleName(tr("Frame rate"));
-    gpuLabel_ = new QLabel;
+    gpuLabel_ = new QLabel(statusBar());
     gpuLabel_->setTextFormat(Qt::PlainText);
     gpuLabel_->setAccessibleName(tr("GPU"));
     for (QLabel* label : {frameRateLabel_, gpuLabel_}) {

@@ -81,12 +81,11 @@ private:
 SceneTree::SceneTree(QWidget* parent)
     : QWidget(parent),
       model_(new SceneModel(this)),
-      filtered_(new QSortFilterProxyModel(this)),
-      view_(new QTreeView) {
+      filtered_(new QSortFilterProxyModel(this)) {
     filtered_->setSourceModel(model_);
     filtered_->setFilterCaseSensitivity(Qt::CaseInsensitive);
 
-    auto* filter = new QLineEdit;
+    auto* filter = new QLineEdit(this);
     filter->setPlaceholderText(tr("Filter by name"));
     filter->setAccessibleName(tr("Filter entities by name"));
     filter->setClearButtonEnabled(true);
@@ -96,6 +95,7 @@ SceneTree::SceneTree(QWidget* parent)
         showChosen();
     });
 
+    view_ = new QTreeView(this);
     view_->setModel(filtered_);
     view_->setAccessibleName(tr("Entities of the scene"));
     view_->setRootIsDecorated(false);
