@@ -81,7 +81,8 @@ private:
 SceneTree::SceneTree(QWidget* parent)
     : QWidget(parent),
       model_(new SceneModel(this)),
-      filtered_(new QSortFilterProxyModel(this)) {
+      filtered_(new QSortFilterProxyModel(this)),
+      view_(new QTreeView(this)) {
     filtered_->setSourceModel(model_);
     filtered_->setFilterCaseSensitivity(Qt::CaseInsensitive);
 
@@ -95,7 +96,6 @@ SceneTree::SceneTree(QWidget* parent)
         showChosen();
     });
 
-    view_ = new QTreeView(this);
     view_->setModel(filtered_);
     view_->setAccessibleName(tr("Entities of the scene"));
     view_->setRootIsDecorated(false);
@@ -107,6 +107,7 @@ SceneTree::SceneTree(QWidget* parent)
     view_->header()->setSectionResizeMode(SceneModel::Kind, QHeaderView::Fixed);
     view_->header()->resizeSection(SceneModel::Kind,
                                    view_->fontMetrics().horizontalAdvance(tr("Directional light")) + 16);
+    setTabOrder(filter, view_);
     connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SceneTree::takeChosen);
     connect(view_, &QTreeView::activated, this, &SceneTree::entityActivated);
 

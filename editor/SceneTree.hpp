@@ -37,7 +37,7 @@ private:
 
     SceneModel* model_;
     QSortFilterProxyModel* filtered_;
-    QTreeView* view_ = nullptr;
+    QTreeView* view_;
     std::optional<std::size_t> chosen_;
     bool showing_ = false; // the list's selection changes, but not by the user
 };
