@@ -1,21 +1,18 @@
-// What the events of a viewport's window, of its container and of the application around it mean to the input
-// state and to the client.
+// What the pointer's events and the focus mean to the input state and to the client, and which events of the
+// application are a viewport's.
 #include <tarvik/app/VulkanViewport.hpp>
+
+#include "TopLevelWindow.hpp"
 
 #include <tarvik/app/ViewportClient.hpp>
 #include <tarvik/app/WaylandPointerLock.hpp>
 
-#include <QAbstractSpinBox>
-#include <QApplication>
-#include <QComboBox>
 #include <QCursor>
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QMimeData>
 #include <QMouseEvent>
-#include <QPlainTextEdit>
-#include <QTextEdit>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -32,59 +29,6 @@ constexpr double kLookRadius = 50.0;   // how far from the middle the hidden cur
 constexpr double kWarpTolerance = 1.0; // where pixels are scaled, a warp does not land to the point
 constexpr float kWheelNotch = 120.0F;  // in the wheel's own unit, eighths of a degree
 
-constexpr std::array<std::pair<Qt::Key, Key>, 49> kKeys{{
-    {Qt::Key_W, Key::W},          {Qt::Key_A, Key::A},
-    {Qt::Key_S, Key::S},          {Qt::Key_D, Key::D},
-    {Qt::Key_Q, Key::Q},          {Qt::Key_E, Key::E},
-    {Qt::Key_F, Key::F},          {Qt::Key_Up, Key::Up},
-    {Qt::Key_Down, Key::Down},    {Qt::Key_Left, Key::Left},
-    {Qt::Key_Right, Key::Right},  {Qt::Key_Space, Key::Space},
-    {Qt::Key_Shift, Key::Shift},  {Qt::Key_Control, Key::Control},
-    {Qt::Key_Alt, Key::Alt},      {Qt::Key_Escape, Key::Escape},
-    {Qt::Key_Return, Key::Enter}, {Qt::Key_Enter, Key::Enter},
-    {Qt::Key_Tab, Key::Tab},      {Qt::Key_Backspace, Key::Backspace},
-    {Qt::Key_B, Key::B},          {Qt::Key_C, Key::C},
-    {Qt::Key_G, Key::G},          {Qt::Key_H, Key::H},
-    {Qt::Key_I, Key::I},          {Qt::Key_J, Key::J},
-    {Qt::Key_K, Key::K},          {Qt::Key_L, Key::L},
-    {Qt::Key_M, Key::M},          {Qt::Key_N, Key::N},
-    {Qt::Key_O, Key::O},          {Qt::Key_P, Key::P},
-    {Qt::Key_R, Key::R},          {Qt::Key_T, Key::T},
-    {Qt::Key_U, Key::U},          {Qt::Key_V, Key::V},
-    {Qt::Key_X, Key::X},          {Qt::Key_Y, Key::Y},
-    {Qt::Key_Z, Key::Z},          {Qt::Key_0, Key::Num0},
-    {Qt::Key_1, Key::Num1},       {Qt::Key_2, Key::Num2},
-    {Qt::Key_3, Key::Num3},       {Qt::Key_4, Key::Num4},
-    {Qt::Key_5, Key::Num5},       {Qt::Key_6, Key::Num6},
-    {Qt::Key_7, Key::Num7},       {Qt::Key_8, Key::Num8},
-    {Qt::Key_9, Key::Num9},
-}};
-
-std::optional<Key> toKey(int key) {
-    const auto* found = std::ranges::find(kKeys, key, [](const auto& entry) { return int{entry.first}; });
-    return found == kKeys.end() ? std::nullopt : std::optional(found->second);
-}
-
-// The keys that move through a scene; an engaged viewport keeps them from the widgets around it.
-bool isNavigation(int key) {
-    switch (key) {
-    case Qt::Key_W:
-    case Qt::Key_A:
-    case Qt::Key_S:
-    case Qt::Key_D:
-    case Qt::Key_Q:
-    case Qt::Key_E:
-    case Qt::Key_Space:
-    case Qt::Key_Left:
-    case Qt::Key_Up:
-    case Qt::Key_Right:
-    case Qt::Key_Down:
-        return true;
-    default:
-        return false;
-    }
-}
-
 std::optional<MouseButton> toMouseButton(Qt::MouseButton button) {
     switch (button) {
     case Qt::LeftButton:
@@ -96,13 +40,6 @@ std::optional<MouseButton> toMouseButton(Qt::MouseButton button) {
     default:
         return std::nullopt;
     }
-}
-
-bool isTextInput(const QWidget* widget) {
-    if (const auto* box = qobject_cast<const QComboBox*>(widget))
-        return box->isEditable();
-    return qobject_cast<const QLineEdit*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget) ||
-           qobject_cast<const QPlainTextEdit*>(widget) || qobject_cast<const QTextEdit*>(widget);
 }
 
 glm::vec2 toVec2(QPointF point) {
@@ -153,41 +90,6 @@ bool VulkanViewport::takeInput(QEvent* event) {
     default:
         return false;
     }
-}
-
-void VulkanViewport::keyPressEvent(QKeyEvent* event) {
-    takeKey(*event);
-    if (!client.keyPressed(event->key(), event->modifiers()))
-        QWindow::keyPressEvent(event);
-}
-
-void VulkanViewport::keyReleaseEvent(QKeyEvent* event) {
-    takeKey(*event);
-}
-
-// Whether it was the release of a held key. A key that is let go with other modifiers down than at its press
-// tells another key code then, but the same scan code.
-bool VulkanViewport::takeKey(const QKeyEvent& event) {
-    if (event.isAutoRepeat())
-        return false;
-    const auto key = toKey(event.key());
-    const quint32 code = event.nativeScanCode();
-    if (event.type() == QEvent::KeyPress) {
-        if (key) {
-            inputState.setKey(*key, true);
-            scanCodes.at(static_cast<std::size_t>(*key)) = code;
-        }
-        return false;
-    }
-    bool held = false;
-    for (std::size_t i = 0; i < kKeyCount; ++i) {
-        const auto candidate = static_cast<Key>(i);
-        if (candidate == key || (code != 0 && code == scanCodes.at(i))) {
-            held = held || inputState.isHeld(candidate);
-            inputState.setKey(candidate, false);
-        }
-    }
-    return held;
 }
 
 void VulkanViewport::focusOutEvent(QFocusEvent* event) {
@@ -262,6 +164,7 @@ void VulkanViewport::takeFocus() {
     if (focused && focused != container)
         focused->clearFocus();
 }
+
 // How far the pointer came since the event before.
 QPointF VulkanViewport::motionTo(QPointF position) {
     const auto distance = [position](QPointF other) {
@@ -317,13 +220,6 @@ void VulkanViewport::hideCursor() {
 
 bool VulkanViewport::engaged() const {
     return hovered || clickEngaged || looking;
-}
-
-// Whether the keys of the window around are this viewport's.
-bool VulkanViewport::hasKeys() const {
-    if (isTextInput(QApplication::focusWidget()) || QApplication::activePopupWidget() != nullptr)
-        return false;
-    return engaged() || (!warpAvailable && container && container->hasFocus());
 }
 
 void VulkanViewport::updateEngagement(bool isHovered, bool isClickEngaged) {
@@ -387,13 +283,9 @@ bool VulkanViewport::takeFromApplication(QObject* watched, QEvent* event) {
             releaseElsewhere(static_cast<QMouseEvent*>(event)->button());
         return false;
     case QEvent::KeyPress:
+    case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
-        return isAround(watched) && hasKeys() && takeFromTopLevel(*static_cast<QKeyEvent*>(event));
-    case QEvent::KeyRelease: {
-        // Wherever it arrives, the key is up.
-        auto* key = static_cast<QKeyEvent*>(event);
-        return otherWindow && takeKey(*key) && isAround(watched) && hasKeys() && isNavigation(key->key());
-    }
+        return otherWindow && takeKeyFrom(watched, *static_cast<QKeyEvent*>(event));
     case QEvent::FocusOut:
         // The window that takes over gets the releases, too.
         if (isAround(watched) && QGuiApplication::focusWindow() != this)
@@ -409,6 +301,7 @@ bool VulkanViewport::takeFromApplication(QObject* watched, QEvent* event) {
 
 // A menu that opens while a button is down gets its release.
 void VulkanViewport::releaseElsewhere(Qt::MouseButton button) {
+    pressing = Qt::NoButton;
     if (const auto known = toMouseButton(button))
         inputState.setMouseButton(*known, false);
     if (button == Qt::RightButton)
@@ -466,23 +359,6 @@ bool VulkanViewport::takeFromContainer(QEvent* event) {
     }
 }
 
-// Keys reach the top level while the keyboard's focus is in one of its widgets, and on Wayland always.
-bool VulkanViewport::takeFromTopLevel(QKeyEvent& event) {
-    if (event.type() == QEvent::ShortcutOverride)
-        return overrideShortcut(event);
-    takeKey(event);
-    return isNavigation(event.key()) || client.keyPressed(event.key(), event.modifiers());
-}
-
-// An action on a plain letter must not fire while that letter moves through the scene.
-bool VulkanViewport::overrideShortcut(QKeyEvent& event) const {
-    const bool plain = !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
-    if (!plain || !isNavigation(event.key()) || !hasKeys())
-        return false;
-    event.accept();
-    return true;
-}
-
 bool VulkanViewport::handleDrag(QEvent* event) {
     auto* drop = static_cast<QDropEvent*>(event); // the base of all three
     if (!drop->mimeData() || !drop->mimeData()->hasUrls())
@@ -505,10 +381,7 @@ glm::vec2 VulkanViewport::toNdc(QPointF position) const {
 }
 
 QWindow* VulkanViewport::topLevelWindow() {
-    QWindow* window = this;
-    while (QWindow* above = window->parent())
-        window = above;
-    return window;
+    return &topLevelOf(*this);
 }
 
 // Whether it is the window that this one is embedded in.

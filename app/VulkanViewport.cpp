@@ -69,9 +69,12 @@ VulkanViewport::VulkanViewport(AppContext& context, ViewportClient& viewportClie
     if (!warpAvailable)
         pointerLock = WaylandPointerLock::create();
     if (pointerLock) {
-        // Motion that arrives while no frame is drawn must not add up to one great leap.
-        connect(&lockDrainTimer, &QTimer::timeout, this,
-                [this] { static_cast<void>(pointerLock->takeMotion()); });
+        // Motion that arrives while no frame is drawn must not add up to one great leap. Between two frames
+        // it belongs to the next.
+        connect(&lockDrainTimer, &QTimer::timeout, this, [this] {
+            if (frameClock.hasExpired(kLockDrainInterval.count()))
+                static_cast<void>(pointerLock->takeMotion());
+        });
         lockDrainTimer.start(kLockDrainInterval);
     }
     frameClock.start();

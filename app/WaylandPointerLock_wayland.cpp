@@ -1,10 +1,10 @@
 #include <tarvik/app/WaylandPointerLock.hpp>
 
+#include "TopLevelWindow.hpp"
 #include "WaylandHandles.hpp"
 
 #include <QGuiApplication>
 #include <QTimer>
-#include <QWindow>
 
 #include <pointer-constraints-unstable-v1.h>
 #include <relative-pointer-unstable-v1.h>
@@ -39,13 +39,6 @@ using Owned = std::unique_ptr<Object, Release<release>>;
 void setQueue(void* object, wl_event_queue* queue) {
     if (object)
         wl_proxy_set_queue(static_cast<wl_proxy*>(object), queue);
-}
-
-QWindow& topLevel(QWindow& window) {
-    QWindow* top = &window;
-    while (QWindow* parent = top->parent())
-        top = parent;
-    return *top;
 }
 
 } // namespace
@@ -209,7 +202,7 @@ bool WaylandPointerLock::State::lock() {
         zwp_relative_pointer_manager_v1_get_relative_pointer(relativePointers.get(), pointer.get()));
     zwp_relative_pointer_v1_add_listener(relativePointer.get(), &listener, this);
 
-    QWindow& top = topLevel(*window);
+    QWindow& top = topLevelOf(*window);
     if (!request(top)) {
         unlock();
         return false;

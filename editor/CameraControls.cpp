@@ -15,6 +15,11 @@ Gesture gestureOf(const InputState& input, bool alt) {
     return alt && input.isHeld(MouseButton::Left) ? Gesture::Orbit : Gesture::None;
 }
 
+bool begins(const InputState& input) {
+    return input.wasPressed(MouseButton::Left) || input.wasPressed(MouseButton::Right) ||
+           input.wasPressed(MouseButton::Middle);
+}
+
 // -1, 0 or 1.
 float axis(const InputState& input, Key negative, Key positive) {
     return static_cast<float>(input.isHeld(positive)) - static_cast<float>(input.isHeld(negative));
@@ -36,6 +41,8 @@ void CameraControls::pointerAt(const glm::vec2& ndc, Qt::KeyboardModifiers modif
 void CameraControls::update(float seconds, const InputState& input, bool windowActive) {
     frameBegun_ = true;
     const glm::vec2 drag = std::exchange(drag_, glm::vec2(0.0F));
+    // The way to the press is no part of the gesture.
+    const float share = begins(input) ? 0.0F : 1.0F;
     const Gesture gesture = gestureOf(input, alt_);
     if (gesture == Gesture::None && input.scroll() == 0.0F) {
         opening_.advance(seconds);
@@ -44,17 +51,16 @@ void CameraControls::update(float seconds, const InputState& input, bool windowA
     EditorCamera& camera = takenOver();
     switch (gesture) {
     case Gesture::Look:
-        camera.look(input.mouseDelta());
+        camera.look(share * input.mouseDelta());
         camera.changeSpeed(input.scroll());
         if (windowActive)
             fly(camera, seconds, input);
         return;
     case Gesture::Orbit:
-        camera.orbit(input.mouseDelta());
+        camera.orbit(share * input.mouseDelta());
         break;
     case Gesture::Pan:
-        if (!input.wasPressed(MouseButton::Middle)) // or the way to the press would count
-            camera.pan(drag, opening_.lens(), aspect_);
+        camera.pan(share * drag, opening_.lens(), aspect_);
         break;
     case Gesture::None:
         break;

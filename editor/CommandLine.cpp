@@ -12,23 +12,31 @@
 namespace tarvik::editor {
 namespace {
 
-const char* const kDescription = R"(Opens a Tarvik project in the editor, or plays it.
+const char* const kDescription = R"(Opens a Tarvik project in the editor, plays it, or builds its behaviours.
 
 Without a project the editor shows the recent ones. With --frames, --screenshot or both it works on its own:
-nothing is asked, a failure is a line on standard error, and the program quits by itself.)";
+nothing is asked, a failure is a line on standard error, and the program quits by itself. With --build it needs
+no display: what the compilers complain about goes to standard error.)";
 
 const char* const kExitStatuses = R"(
 Exit status:
   0  all went well
-  1  the project, its scene, the rendering or a file to be written failed; the reason is on standard error
+  1  the project, its scene, the build, the rendering or a file to be written failed; the reason is on standard
+     error
   2  the command line is wrong
   3  the time limit passed
+  128 and the number of the signal that ended the program
 
 Qt's own options, such as -platform NAME, are understood too.
 )";
 
 const std::array kLogLevels{std::pair{"debug", LogLevel::Debug}, std::pair{"info", LogLevel::Info},
                             std::pair{"warn", LogLevel::Warn}, std::pair{"error", LogLevel::Error}};
+
+// What is about windows and pictures.
+const std::array kShowingOptions{"new",        "scene",  "play",       "fullscreen", "size", "camera",
+                                 "look-at",    "still",  "grid",       "vsync",      "gpu",  "list-gpus",
+                                 "validation", "frames", "screenshot", "stats"};
 
 // Taken from the command line by Qt only later, when the application object with windows is made.
 const std::array kQtOptions{"platform",
@@ -59,6 +67,7 @@ void describeOptions(QCommandLineParser& parser) {
          "NAME"},
         {"scene", "Show this scene of the project instead of its default scene.", "FILE"},
         {"play", "Play the project: the game alone, no editor around it."},
+        {"build", "Build the project's behaviours without a window and quit."},
         {"fullscreen", "Fill the screen."},
         {"size", "Size of the window, for example 1280x800.", "WxH"},
         {"camera", "Where the camera stands, in metres, for example 4,2,6.", "X,Y,Z"},
@@ -216,6 +225,8 @@ void checkTogether(ValueReader& reader, app::AppOptions& options, bool projectNa
         reader.complain("--new opens the editor: it does not go with --play");
     if (!anyProject && options.play)
         reader.complain("--play needs a project: name its folder with --project");
+    if (!anyProject && options.build)
+        reader.complain("--build needs a project: name its folder with --project");
     if (!anyProject && (options.frames > 0 || !options.screenshotFile.isEmpty()))
         reader.complain("--frames and --screenshot need a project: name its folder with --project");
     if (!options.cameraEye.isEmpty() && parsePoint(options.cameraEye) == parsePoint(options.cameraTarget))
@@ -267,6 +278,11 @@ std::expected<app::AppOptions, CommandLineStop> parseCommandLine(const QStringLi
     options.quiet = parser.isSet("quiet");
     options.listGpus = parser.isSet("list-gpus");
     options.arguments = parser.positionalArguments();
+    options.build = parser.isSet("build");
+    for (const char* option : kShowingOptions) {
+        if (options.build && parser.isSet(option))
+            reader.complain(QString("--build shows nothing: it does not go with --%1").arg(option));
+    }
     const bool projectNamed = parser.isSet("project");
     if (!projectNamed && !options.arguments.isEmpty())
         options.projectDir = options.arguments.front();

@@ -21,6 +21,13 @@ QString oneLine(const QString& text) {
     return line;
 }
 
+QString wrappable(QString text) {
+    constexpr QChar kZeroWidthSpace(0x200b);
+    for (const QChar separator : {u'/', u'\\'})
+        text.replace(separator, QString(separator) + kZeroWidthSpace);
+    return text;
+}
+
 QLabel* plainLabel(const QString& text) {
     auto* label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);

@@ -10,6 +10,9 @@ namespace tarvik::editor {
 // shown as symbols, a long text ends in "…". Laying out a megabyte of text would stall the window.
 [[nodiscard]] QString oneLine(const QString& text);
 
+// The text with places to wrap it after the separators of paths.
+[[nodiscard]] QString wrappable(QString text);
+
 // A label that wraps, and shows the text as it stands, whatever looks like markup in it. The caller's.
 [[nodiscard]] QLabel* plainLabel(const QString& text);
 

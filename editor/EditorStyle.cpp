@@ -50,6 +50,12 @@ QColor logLevelColour(LogLevel level) {
     return 0xd7dae0;
 }
 
+void colourText(QLabel& label, LogLevel level) {
+    const QString sheet = "color: " + logLevelColour(level).name();
+    if (label.styleSheet() != sheet)
+        label.setStyleSheet(sheet);
+}
+
 void styleText(QLabel& label, TextRole role) {
     constexpr const char* properties[] = {"heading", "section", "muted"};
     label.setProperty(properties[std::to_underlying(role)], true);

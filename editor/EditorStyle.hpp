@@ -17,6 +17,9 @@ void applyEditorStyle(QApplication& application);
 
 enum class TextRole : std::uint8_t { Heading, Section, Muted };
 
+// As a log line of that level. The style sheet's colour goes over that of a palette.
+void colourText(QLabel& label, LogLevel level);
+
 // For a label that was not shown yet.
 void styleText(QLabel& label, TextRole role);
 

@@ -1,29 +1,36 @@
 #include "GameViewClient.hpp"
 
+#include "Game.hpp"
+
 #include <tarvik/app/AppOptions.hpp>
 
 namespace tarvik::editor {
 
-GameViewClient::GameViewClient(const app::AppOptions& options) : camera_(options) {
+GameViewClient::GameViewClient(const app::AppOptions& options)
+    : camera_(options),
+      ownCamera_(options.cameraEye.isEmpty() && options.cameraTarget.isEmpty()) {
     settings_.grid = options.grid.value_or(false);
     settings_.finalPicture = !settings_.grid;
 }
 
-void GameViewClient::setScene(std::shared_ptr<const Scene> scene) {
-    scene_ = std::move(scene);
-    camera_.show(scene_.get());
+void GameViewClient::setGame(Game* game) {
+    game_ = game;
+    camera_.show(activeScene());
 }
 
-void GameViewClient::update(float dt, const InputState&, bool) {
+void GameViewClient::update(float dt, const InputState& input, bool) {
+    if (game_)
+        game_->update(dt, input);
     camera_.advance(dt);
 }
 
 const Scene* GameViewClient::activeScene() {
-    return scene_.get();
+    return game_ ? &game_->scene() : nullptr;
 }
 
 CameraView GameViewClient::cameraView(float aspect) {
-    return camera_.view(aspect);
+    const auto own = game_ && ownCamera_ ? game_->view(aspect) : std::nullopt;
+    return own ? *own : camera_.view(aspect);
 }
 
 render::RenderSettings GameViewClient::renderSettings() {

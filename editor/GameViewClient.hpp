@@ -4,16 +4,17 @@
 
 #include <tarvik/app/ViewportClient.hpp>
 
-#include <memory>
-
 namespace tarvik::editor {
 
-// The scene as a game: seen through its own camera. The editor takes none of the input for itself.
+class Game;
+
+// A game alone: it gets all the input, and is seen through its own camera unless the options say otherwise.
 class GameViewClient final : public app::ViewportClient {
 public:
     explicit GameViewClient(const app::AppOptions& options);
 
-    void setScene(std::shared_ptr<const Scene> scene);
+    // Borrowed. Null shows nothing.
+    void setGame(Game* game);
 
     void update(float dt, const InputState& input, bool windowActive) override;
     const Scene* activeScene() override;
@@ -28,9 +29,10 @@ public:
     bool keyPressed(int key, Qt::KeyboardModifiers modifiers) override;
 
 private:
-    std::shared_ptr<const Scene> scene_;
+    Game* game_ = nullptr;
     render::RenderSettings settings_;
     OpeningView camera_;
+    bool ownCamera_; // the game's, where it has one
 };
 
 } // namespace tarvik::editor

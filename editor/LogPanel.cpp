@@ -68,7 +68,7 @@ QWidget* LogPanel::createTools() {
     connect(text, &QLineEdit::textChanged, filter_, &LogFilter::setText);
     layout->addWidget(text, 1);
 
-    follow_ = new QCheckBox(tr("&Follow"), tools);
+    follow_ = new QCheckBox(tr("Follo&w"), tools);
     follow_->setToolTip(tr("Keep the newest line in view"));
     follow_->setChecked(true);
     connect(follow_, &QCheckBox::toggled, this, [this](bool on) {

@@ -1,17 +1,28 @@
 #include "MainWindow.hpp"
 
+#include "BuildPanel.hpp"
 #include "Controls.hpp"
 #include "DisplayText.hpp"
+#include "GameActions.hpp"
+#include "GpuList.hpp"
+#include "Inspector.hpp"
 #include "LogPanel.hpp"
+#include "NewBehaviourDialog.hpp"
 #include "NewProjectDialog.hpp"
 #include "PictureSaver.hpp"
+#include "PreferencesDialog.hpp"
+#include "ProjectBuild.hpp"
 #include "SceneTree.hpp"
 #include "Session.hpp"
 #include "StartPage.hpp"
+#include "StatusDisplay.hpp"
 #include "ViewportPane.hpp"
 
 #include <tarvik/app/AppContext.hpp>
 #include <tarvik/app/Paths.hpp>
+#include <tarvik/app/ProjectSettingsDialog.hpp>
+#include <tarvik/app/ScriptBuilder.hpp>
+#include <tarvik/app/Theme.hpp>
 #include <tarvik/core/Log.hpp>
 #include <tarvik/core/Paths.hpp>
 #include <tarvik/renderer/RenderContext.hpp>
@@ -27,11 +38,13 @@
 #include <QSettings>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QToolBar>
 
 namespace tarvik::editor {
 namespace {
 
-constexpr int kLayoutVersion = 1;
+constexpr int kLayoutVersion = 2;
+constexpr int kMessageMs = 10'000;
 const char* const kGeometryKey = "mainWindow/geometry";
 const char* const kLayoutKey = "mainWindow/layout";
 
@@ -40,8 +53,10 @@ const char* const kLayoutKey = "mainWindow/layout";
 MainWindow::MainWindow(Session& session)
     : session_(session),
       client_(session.options()),
+      runner_(session, *this),
       pages_(new QStackedWidget(this)),
       startPage_(new StartPage(pages_)),
+      status_(std::make_unique<StatusDisplay>(*statusBar())),
       pane_(new ViewportPane(client_, pages_)),
       pictures_(new PictureSaver(*this, *pane_)) {
     pages_->addWidget(startPage_);
@@ -55,12 +70,15 @@ MainWindow::MainWindow(Session& session)
     createDocks();
     createFileMenu();
     createViewMenu();
+    createGameMenus();
     createHelpMenu();
-    createStatusBar();
+    createToolBar();
 
     connect(sceneTree_, &SceneTree::entityChosen, &client_, &SceneViewClient::select);
+    connect(sceneTree_, &SceneTree::entityChosen, inspector_, &Inspector::inspect);
     connect(sceneTree_, &SceneTree::entityActivated, &client_, &SceneViewClient::frameSelection);
     connect(&client_, &SceneViewClient::entityChosen, sceneTree_, &SceneTree::choose);
+    connect(&client_, &SceneViewClient::entityChosen, inspector_, &Inspector::inspect);
     // Queued: whoever dropped the file waits for the drop to end.
     connect(&client_, &SceneViewClient::projectDropped, this, &MainWindow::open, Qt::QueuedConnection);
     connect(&client_, &SceneViewClient::sceneDropped, this, &MainWindow::openScene, Qt::QueuedConnection);
@@ -68,8 +86,8 @@ MainWindow::MainWindow(Session& session)
     connect(pictures_, &PictureSaver::failed, this,
             [this](const QString& problem) { session_.reportFailure(this, problem); });
     session_.watch(*pane_);
-    connect(pane_, &ViewportPane::frameRendered, this, [this] { ++framesShown_; });
-    connect(pane_, &ViewportPane::renderFailed, this, &MainWindow::clearRenderStatus);
+    connect(pane_, &ViewportPane::frameRendered, this, [this] { status_->countFrame(); });
+    connect(pane_, &ViewportPane::renderFailed, status_.get(), &StatusDisplay::stopRendering);
     connect(&session_, &Session::contextAboutToChange, this, [this] {
         stopRendering();
         logPanel_->detach();
@@ -104,21 +122,27 @@ void MainWindow::start() {
 void MainWindow::createDocks() {
     setDockNestingEnabled(true);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-    const auto addDock = [this](const QString& title, const char* name, Qt::DockWidgetArea area,
-                                const QKeySequence& shortcut) {
+    const auto addDock = [this]<typename Content>(Content*& content, const QString& title, const char* name,
+                                                  Qt::DockWidgetArea area, const QKeySequence& shortcut) {
         auto* dock = new QDockWidget(title, this);
         dock->setObjectName(name);
+        content = new Content(dock);
+        dock->setWidget(content);
         dock->toggleViewAction()->setShortcut(shortcut);
         addDockWidget(area, dock);
         return dock;
     };
-    QDockWidget* scene = addDock(tr("Scene"), "sceneDock", Qt::LeftDockWidgetArea, QKeySequence("Ctrl+1"));
-    QDockWidget* log = addDock(tr("Log"), "logDock", Qt::BottomDockWidgetArea, QKeySequence("Ctrl+2"));
-    sceneTree_ = new SceneTree(scene);
-    scene->setWidget(sceneTree_);
-    logPanel_ = new LogPanel(log);
-    log->setWidget(logPanel_);
-    resizeDocks({scene}, {280}, Qt::Horizontal);
+    QDockWidget* scene =
+        addDock(sceneTree_, tr("Scene"), "sceneDock", Qt::LeftDockWidgetArea, QKeySequence("Ctrl+1"));
+    QDockWidget* log =
+        addDock(logPanel_, tr("Log"), "logDock", Qt::BottomDockWidgetArea, QKeySequence("Ctrl+2"));
+    buildDock_ =
+        addDock(buildPanel_, tr("Build"), "buildDock", Qt::BottomDockWidgetArea, QKeySequence("Ctrl+3"));
+    QDockWidget* inspector = addDock(inspector_, tr("Inspector"), "inspectorDock", Qt::RightDockWidgetArea,
+                                     QKeySequence("Ctrl+4"));
+    tabifyDockWidget(log, buildDock_);
+    log->raise();
+    resizeDocks({scene, inspector}, {280, 280}, Qt::Horizontal);
     resizeDocks({log}, {220}, Qt::Vertical);
 }
 
@@ -140,6 +164,13 @@ void MainWindow::createFileMenu() {
     projectActions_ += menu->addAction(tr("Save Picture of &Window…"), this, [this] {
         pictures_->askForWindow(tr("%1 window").arg(projectName()));
     });
+    menu->addSeparator();
+    projectSettings_ = menu->addAction(app::theme::icon("settings"), tr("Project Se&ttings…"), this,
+                                       &MainWindow::askForProjectSettings);
+    projectActions_ += projectSettings_;
+    QAction* preferences =
+        menu->addAction(tr("Pre&ferences…"), QKeySequence::Preferences, this, &MainWindow::askForPreferences);
+    preferences->setMenuRole(QAction::PreferencesRole);
     menu->addSeparator();
     QAction* quit = menu->addAction(tr("&Quit"), QKeySequence::Quit, this, &MainWindow::close);
     quit->setMenuRole(QAction::QuitRole);
@@ -164,25 +195,43 @@ void MainWindow::createViewMenu() {
     projectActions_ += {grid, frame, reset};
 }
 
+void MainWindow::createGameMenus() {
+    game_ = std::make_unique<GameActions>(*menuBar(), runner_);
+    connect(game_.get(), &GameActions::playRequested, this, [this] { runner_.play(project_->scene); });
+    connect(game_.get(), &GameActions::pauseToggled, this, [this](bool on) { client_.setPaused(on); });
+    connect(game_.get(), &GameActions::newBehaviourRequested, this, &MainWindow::askForNewBehaviour);
+    connect(&runner_, &GameRunner::started, this, &MainWindow::showGame);
+    connect(&runner_, &GameRunner::ending, this, &MainWindow::showScene);
+    connect(&runner_, &GameRunner::buildFailed, this, [this] {
+        statusBar()->showMessage(tr("The game did not start: its behaviours could not be built."),
+                                 kMessageMs);
+    });
+    connect(&runner_, &GameRunner::failed, this, &MainWindow::showGameProblem);
+}
+
+void MainWindow::createToolBar() {
+    auto* bar = new QToolBar(tr("Tools"), this);
+    bar->setObjectName("toolBar");
+    bar->setMovable(false);
+    bar->setIconSize({20, 20});
+    bar->addActions({game_->play(), game_->pause(), game_->stop()});
+    bar->addSeparator();
+    bar->addAction(game_->build());
+    bar->addSeparator();
+    bar->addAction(projectSettings_);
+    for (QAction* action : bar->actions()) {
+        if (QWidget* button = bar->widgetForAction(action); button != nullptr && !action->isSeparator())
+            button->setFocusPolicy(Qt::TabFocus);
+    }
+    addToolBar(bar);
+    toolBar_ = bar;
+}
+
 void MainWindow::createHelpMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&Help"));
     menu->addAction(tr("&Controls"), QKeySequence::HelpContents, this, [this] { showControls(*this); });
     QAction* about = menu->addAction(tr("&About Tarvik"), this, &MainWindow::showAbout);
     about->setMenuRole(QAction::AboutRole);
-}
-
-void MainWindow::createStatusBar() {
-    frameRateLabel_ = new QLabel(statusBar());
-    frameRateLabel_->setAccessibleName(tr("Frame rate"));
-    gpuLabel_ = new QLabel(statusBar());
-    gpuLabel_->setTextFormat(Qt::PlainText);
-    gpuLabel_->setAccessibleName(tr("GPU"));
-    for (QLabel* label : {frameRateLabel_, gpuLabel_}) {
-        label->setContentsMargins(8, 2, 8, 2);
-        statusBar()->addPermanentWidget(label);
-    }
-    frameRateTimer_.setInterval(1000);
-    connect(&frameRateTimer_, &QTimer::timeout, this, &MainWindow::showFrameRate);
 }
 
 // A run that nobody watches looks the same every time: it neither takes up nor leaves a window state.
@@ -255,15 +304,20 @@ void MainWindow::reload() {
 
 void MainWindow::closeProject() {
     stopRendering();
+    closeBuild();
     project_.reset();
     client_.setScene(nullptr);
     sceneTree_->setScene(nullptr);
+    inspector_->setScene(nullptr);
     showStartPage();
 }
 
 void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) {
+    runner_.stop();
+    openBuild(app::toQString(project.project.rootDir()));
     client_.setScene(project.scene, viewpoint);
     sceneTree_->setScene(project.scene);
+    inspector_->setScene(project.scene);
     setDocksAvailable(true);
     pages_->setCurrentWidget(pane_);
     updateTitle();
@@ -306,6 +360,25 @@ void MainWindow::askForNewProject() {
     dialog->open();
 }
 
+void MainWindow::askForProjectSettings() {
+    app::ProjectSettingsDialog dialog(project_->project, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    app::AppContext& context = session_.context();
+    context.registry.touch(project_->project.rootDir(), project_->project.name());
+    context.saveRecentProjects();
+    updateTitle();
+}
+
+void MainWindow::askForPreferences() {
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const GpuList gpus = availableGpus();
+    QGuiApplication::restoreOverrideCursor();
+    auto* dialog = new PreferencesDialog(gpus, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
 void MainWindow::fillRecentMenu(QMenu& menu) {
     menu.clear();
     for (const RecentProject& recent : session_.context().registry.projects()) {
@@ -326,24 +399,72 @@ void MainWindow::forget(const QString& folder) {
     showStartPage();
 }
 
+void MainWindow::openBuild(const QString& root) {
+    if (build_ && build_->root() == root)
+        return;
+    closeBuild();
+    build_ = std::make_unique<ProjectBuild>(root);
+    build_->setWatching(true);
+    connect(build_.get(), &ProjectBuild::finished, this, [this](bool ok) {
+        if (!ok)
+            showBuildProblems();
+    });
+    runner_.setBuild(build_.get());
+    game_->setBuild(build_.get());
+    buildPanel_->watch(build_.get());
+    status_->watch(build_.get());
+}
+
+void MainWindow::closeBuild() {
+    runner_.setBuild(nullptr);
+    game_->setBuild(nullptr);
+    buildPanel_->watch(nullptr);
+    status_->watch(nullptr);
+    build_.reset();
+}
+
+void MainWindow::askForNewBehaviour() {
+    auto* dialog = new NewBehaviourDialog(*build_, this);
+    dialog->open();
+}
+
+void MainWindow::showGame() {
+    client_.setPaused(false);
+    client_.setGame(runner_.game());
+    pane_->setFocus();
+    updateTitle();
+}
+
+void MainWindow::showScene() {
+    client_.setGame(nullptr);
+    updateTitle();
+}
+
+// A game that runs is not to be interrupted.
+void MainWindow::showGameProblem(const QString& problem) {
+    if (runner_.game() == nullptr) {
+        session_.reportFailure(this, problem);
+        return;
+    }
+    log::error("Game", "{}", problem.toStdString());
+    statusBar()->showMessage(problem, kMessageMs);
+}
+
+void MainWindow::showBuildProblems() {
+    if (!buildDock_->isHidden())
+        buildDock_->raise();
+}
+
 void MainWindow::startRendering() {
     pane_->start(session_.context());
     if (pane_->viewport() == nullptr)
         return;
-    frameRateClock_.start();
-    frameRateTimer_.start();
-    gpuLabel_->setText(oneLine(QString::fromStdString(session_.context().renderContext()->deviceName())));
+    status_->startRendering(QString::fromStdString(session_.context().renderContext()->deviceName()));
 }
 
 void MainWindow::stopRendering() {
     pane_->stop();
-    clearRenderStatus();
-}
-
-void MainWindow::clearRenderStatus() {
-    frameRateTimer_.stop();
-    frameRateLabel_->clear();
-    gpuLabel_->clear();
+    status_->stopRendering();
 }
 
 // The start page stands alone; what the user arranged comes back with a project.
@@ -353,27 +474,27 @@ void MainWindow::setDocksAvailable(bool on) {
     if (on == docksAvailable_)
         return;
     docksAvailable_ = on;
-    if (on) {
+    if (on)
         restoreState(layout_, kLayoutVersion);
+    else
+        layout_ = saveState(kLayoutVersion);
+    toolBar_->setVisible(on);
+    if (on)
         return;
-    }
-    layout_ = saveState(kLayoutVersion);
     for (QDockWidget* dock : findChildren<QDockWidget*>())
         dock->hide();
 }
 
 void MainWindow::updateTitle() {
-    setWindowTitle(project_ ? tr("%1 – Tarvik").arg(projectName()) : tr("Tarvik"));
+    if (!project_)
+        setWindowTitle(tr("Tarvik"));
+    else
+        setWindowTitle(
+            (client_.isPlaying() ? tr("%1 (playing) – Tarvik") : tr("%1 – Tarvik")).arg(projectName()));
 }
 
 QString MainWindow::projectName() const {
     return project_ ? oneLine(QString::fromStdString(project_->project.name())) : QString();
-}
-
-void MainWindow::showFrameRate() {
-    const double seconds = static_cast<double>(frameRateClock_.restart()) / 1000.0;
-    frameRateLabel_->setText(tr("%1 fps").arg(qRound(framesShown_ / seconds)));
-    framesShown_ = 0;
 }
 
 void MainWindow::showAbout() {
@@ -382,7 +503,7 @@ void MainWindow::showAbout() {
                                 QMessageBox::Ok, this);
     box->setInformativeText(
         tr("Built with Qt %1. Rendering with Vulkan on %2.")
-            .arg(qVersion(), gpuLabel_->text().isEmpty() ? tr("no GPU yet") : gpuLabel_->text()));
+            .arg(qVersion(), status_->gpu().isEmpty() ? tr("no GPU yet") : status_->gpu()));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
 }

@@ -1,26 +1,32 @@
 #pragma once
 
+#include "GameRunner.hpp"
 #include "OpenedProject.hpp"
 #include "SceneViewClient.hpp"
 
-#include <QElapsedTimer>
 #include <QMainWindow>
-#include <QTimer>
 
+#include <memory>
 #include <optional>
 
 class QAction;
-class QLabel;
+class QDockWidget;
 class QMenu;
 class QStackedWidget;
+class QToolBar;
 
 namespace tarvik::editor {
 
+class BuildPanel;
+class GameActions;
+class Inspector;
 class LogPanel;
 class PictureSaver;
+class ProjectBuild;
 class SceneTree;
 class Session;
 class StartPage;
+class StatusDisplay;
 class ViewportPane;
 
 // The editor: the scene in the middle, its entities and the log around it; the start page while no project is
@@ -40,10 +46,11 @@ protected:
 
 private:
     void createDocks();
+    void createGameMenus();
     void createFileMenu();
     void createViewMenu();
     void createHelpMenu();
-    void createStatusBar();
+    void createToolBar();
     void restoreWindowState();
 
     void open(const QString& folder);
@@ -56,33 +63,45 @@ private:
     void showStartPage();
     void askForProject();
     void askForNewProject();
+    void askForProjectSettings();
+    void askForPreferences();
     void fillRecentMenu(QMenu& menu);
     void forget(const QString& folder);
 
+    void openBuild(const QString& root);
+    void closeBuild();
+    void askForNewBehaviour();
+    void showGame();
+    void showScene();
+    void showGameProblem(const QString& problem);
+    void showBuildProblems();
+
     void startRendering();
     void stopRendering();
-    void clearRenderStatus();
     void setDocksAvailable(bool on);
     void updateTitle();
-    void showFrameRate();
     [[nodiscard]] QString projectName() const; // as one line; empty while none is open
     void showAbout();
 
     Session& session_;
     std::optional<OpenedProject> project_;
     SceneViewClient client_;
+    std::unique_ptr<ProjectBuild> build_; // of the open project
+    GameRunner runner_;
+    std::unique_ptr<GameActions> game_;
     QStackedWidget* pages_;
     StartPage* startPage_;
+    std::unique_ptr<StatusDisplay> status_;
     ViewportPane* pane_;
     PictureSaver* pictures_;
     SceneTree* sceneTree_ = nullptr;
+    Inspector* inspector_ = nullptr;
     LogPanel* logPanel_ = nullptr;
+    BuildPanel* buildPanel_ = nullptr;
+    QDockWidget* buildDock_ = nullptr;
     QList<QAction*> projectActions_; // of use only while a project is open
-    QLabel* gpuLabel_ = nullptr;
-    QLabel* frameRateLabel_ = nullptr;
-    QTimer frameRateTimer_;
-    QElapsedTimer frameRateClock_;
-    int framesShown_ = 0;
+    QAction* projectSettings_ = nullptr;
+    QToolBar* toolBar_ = nullptr;
     QByteArray standardLayout_;
     QByteArray layout_; // of the docks, while the start page hides them
     bool docksAvailable_ = true;

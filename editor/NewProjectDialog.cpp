@@ -2,8 +2,7 @@
 
 #include "EditorStyle.hpp"
 
-#include <tarvik/app/Paths.hpp>
-#include <tarvik/core/Paths.hpp>
+#include <tarvik/app/Preferences.hpp>
 #include <tarvik/project/Project.hpp>
 
 #include <QDialogButtonBox>
@@ -18,7 +17,7 @@ namespace tarvik::editor {
 NewProjectDialog::NewProjectDialog(QWidget* parent)
     : QDialog(parent),
       name_(new QLineEdit),
-      parentFolder_(new QLineEdit(app::toQString(paths::defaultProjectsDir()))),
+      parentFolder_(new QLineEdit(app::Preferences::load().effectiveProjectsDirectory())),
       hint_(new QLabel) {
     setWindowTitle(tr("New Project"));
     setAttribute(Qt::WA_DeleteOnClose);

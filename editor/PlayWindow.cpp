@@ -1,11 +1,15 @@
 #include "PlayWindow.hpp"
 
+#include "Game.hpp"
 #include "OpenedProject.hpp"
+#include "ProjectBuild.hpp"
 #include "Session.hpp"
 #include "ViewportPane.hpp"
 
 #include <tarvik/app/Paths.hpp>
+#include <tarvik/app/ScriptBuilder.hpp>
 #include <tarvik/app/VulkanViewport.hpp>
+#include <tarvik/core/Log.hpp>
 
 #include <QShortcut>
 
@@ -14,12 +18,27 @@ namespace tarvik::editor {
 PlayWindow::PlayWindow(Session& session)
     : session_(session),
       client_(session.options()),
+      runner_(session, *this),
       pane_(new ViewportPane(client_)) {
     setCentralWidget(pane_);
     resize(1280, 720);
     auto* escape = new QShortcut(QKeySequence::Cancel, this);
     escape->setContext(Qt::ApplicationShortcut);
     connect(escape, &QShortcut::activated, this, &PlayWindow::escape);
+
+    connect(&runner_, &GameRunner::started, this, &PlayWindow::begin);
+    connect(&runner_, &GameRunner::ending, this, [this] { client_.setGame(nullptr); });
+    connect(&runner_, &GameRunner::buildFailed, this, [this] {
+        session_.reportFailure(nullptr, tr("The behaviours could not be built; the log says why."),
+                               AfterFailure::Quit);
+    });
+    connect(&runner_, &GameRunner::declined, this, &PlayWindow::close);
+    connect(&runner_, &GameRunner::failed, this, [this](const QString& problem) {
+        if (runner_.game() != nullptr)
+            log::error("Game", "{}", problem.toStdString());
+        else
+            session_.reportFailure(nullptr, problem, AfterFailure::Quit);
+    });
 
     session.watch(*pane_);
     connect(&session, &Session::contextAboutToChange, pane_, &ViewportPane::stop);
@@ -38,8 +57,16 @@ void PlayWindow::play() {
         return;
     }
     setWindowTitle(QString::fromStdString(opened->project.name()));
-    client_.setScene(opened->scene);
+    build_ = std::make_unique<ProjectBuild>(app::toQString(opened->project.rootDir()));
+    runner_.setBuild(build_.get());
     session_.show(*this);
+    runner_.play(opened->scene);
+}
+
+void PlayWindow::begin() {
+    // A shipped game has no sources; while one is made, its code may change under the player's hands.
+    build_->setWatching(build_->builder().hasScripts());
+    client_.setGame(runner_.game());
     pane_->start(session_.context());
     pane_->setFocus();
 }

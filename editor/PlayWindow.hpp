@@ -1,11 +1,15 @@
 #pragma once
 
+#include "GameRunner.hpp"
 #include "GameViewClient.hpp"
 
 #include <QMainWindow>
 
+#include <memory>
+
 namespace tarvik::editor {
 
+class ProjectBuild;
 class Session;
 class ViewportPane;
 
@@ -17,14 +21,18 @@ public:
     explicit PlayWindow(Session& session);
     ~PlayWindow() override;
 
-    // Shows the window and starts the game; a failure ends the program.
+    // Shows the window and starts the game, whose behaviours are built first where the project has their
+    // sources; a failure ends the program.
     void play();
 
 private:
+    void begin();
     void escape();
 
     Session& session_;
     GameViewClient client_;
+    std::unique_ptr<ProjectBuild> build_;
+    GameRunner runner_;
     ViewportPane* pane_;
 };
 

@@ -1,5 +1,7 @@
 #include "SceneViewClient.hpp"
 
+#include "Game.hpp"
+
 #include <tarvik/app/AppOptions.hpp>
 #include <tarvik/scene/Picking.hpp>
 
@@ -21,23 +23,32 @@ void SceneViewClient::frameSelection() {
 }
 
 void SceneViewClient::update(float dt, const InputState& input, bool windowActive) {
-    camera_.update(dt, input, windowActive);
+    if (game_ && !paused_)
+        game_->update(dt, input);
+    if (!game_ || game_->scene().cameras().empty())
+        camera_.update(dt, input, windowActive);
 }
 
 const Scene* SceneViewClient::activeScene() {
-    return scene_.get();
+    return game_ ? &game_->scene() : scene_.get();
 }
 
 CameraView SceneViewClient::cameraView(float aspect) {
-    return camera_.view(aspect);
+    const auto own = game_ ? game_->view(aspect) : std::nullopt;
+    return own ? *own : camera_.view(aspect);
 }
 
 render::RenderSettings SceneViewClient::renderSettings() {
-    return settings_;
+    if (!game_)
+        return settings_;
+    render::RenderSettings played;
+    played.grid = false;
+    played.finalPicture = true;
+    return played;
 }
 
 void SceneViewClient::clicked(glm::vec2 ndc) {
-    if (!scene_ || camera_.ownsLeftButton())
+    if (!scene_ || game_ || camera_.ownsLeftButton())
         return;
     const auto hit = pick(*scene_, rayThrough(camera_.seen(), ndc));
     if (hit == settings_.selected)
@@ -70,7 +81,7 @@ void SceneViewClient::dropped(const QList<QUrl>& urls, glm::vec2) {
 }
 
 bool SceneViewClient::keyPressed(int key, Qt::KeyboardModifiers modifiers) {
-    if (key != Qt::Key_F || modifiers != Qt::NoModifier)
+    if (game_ || key != Qt::Key_F || modifiers != Qt::NoModifier)
         return false;
     frameSelection();
     return true;

@@ -13,7 +13,10 @@
 
 namespace tarvik::editor {
 
-// The scene in the editor: the user moves the camera, selects entities and drops files on it.
+class Game;
+
+// The scene in the editor: the user moves the camera, selects entities and drops files on it. While a game is
+// played, that is seen instead, as its player would see it, and gets the input.
 class SceneViewClient final : public QObject, public app::ViewportClient {
     Q_OBJECT
 
@@ -22,6 +25,10 @@ public:
 
     // Null shows an empty scene. Nothing is selected any more, without a signal.
     void setScene(std::shared_ptr<const Scene> scene, Viewpoint viewpoint = Viewpoint::New);
+    // Borrowed. Null goes back to the scene.
+    void setGame(Game* game) { game_ = game; }
+    [[nodiscard]] bool isPlaying() const { return game_ != nullptr; }
+    void setPaused(bool on) { paused_ = on; }
     void setGrid(bool on) { settings_.grid = on; }
     void select(std::optional<std::size_t> entity) { settings_.selected = entity; }
     // Looks at the selected entity, or at the whole scene when nothing is selected.
@@ -47,6 +54,8 @@ Q_SIGNALS:
 
 private:
     std::shared_ptr<const Scene> scene_;
+    Game* game_ = nullptr;
+    bool paused_ = false; // the game
     render::RenderSettings settings_;
     CameraControls camera_;
     DragMemory drag_;

@@ -76,8 +76,7 @@ public:
 StartPage::StartPage(QWidget* parent) : QWidget(parent) {
     notice_ = plainLabel({});
     notice_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    // The application's style sheet gives every widget its colour, over the palette.
-    notice_->setStyleSheet("color: " + logLevelColour(LogLevel::Warn).name());
+    colourText(*notice_, LogLevel::Warn);
     notice_->hide();
 
     auto* block = new QWidget(this);

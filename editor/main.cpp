@@ -1,10 +1,13 @@
+#include "BuildCommand.hpp"
 #include "CommandLine.hpp"
 #include "EditorStyle.hpp"
 #include "LogFileSink.hpp"
 #include "MainWindow.hpp"
 #include "PlayWindow.hpp"
 #include "Session.hpp"
+#include "TerminationSignals.hpp"
 
+#include <tarvik/app/Preferences.hpp>
 #include <tarvik/core/ConsoleSink.hpp>
 #include <tarvik/core/Logger.hpp>
 #include <tarvik/renderer/Instance.hpp>
@@ -47,11 +50,13 @@ int listGpus() {
     }
 }
 
-int run(int argc, char** argv, const app::AppOptions& options, const QElapsedTimer& sinceStart) {
+int run(int argc, char** argv, app::AppOptions options, const QElapsedTimer& sinceStart) {
     // Siblings of the viewport that became native windows could hide it.
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
     QApplication application(argc, argv);
+    const TerminationSignals termination;
     applyEditorStyle(application);
+    app::Preferences::load().applyTo(options);
 
     Session session(options, sinceStart);
     if (options.play) {
@@ -63,7 +68,14 @@ int run(int argc, char** argv, const app::AppOptions& options, const QElapsedTim
         window.start();
         QApplication::exec();
     }
-    return session.finish();
+    const int status = session.finish();
+    return termination.exitStatus() != 0 ? termination.exitStatus() : status;
+}
+
+int build(int argc, char** argv, const app::AppOptions& options) {
+    const QCoreApplication application(argc, argv);
+    const TerminationSignals termination;
+    return buildProject(options, termination);
 }
 
 } // namespace
@@ -81,7 +93,8 @@ int main(int argc, char** argv) {
 
     Logger& logger = Logger::instance();
     logger.setThreshold(static_cast<LogLevel>(options->logLevel));
-    if (!options->quiet)
+    // What is to be said of a build, the command says itself.
+    if (!options->quiet && !options->build)
         logger.addSink(std::make_shared<ConsoleSink>());
     if (!options->logFile.isEmpty()) {
         auto sink = std::make_shared<LogFileSink>(options->logFile);
@@ -89,5 +102,7 @@ int main(int argc, char** argv) {
             return say(ExitStatus::Failed, QString("tarvik-editor: %1\n").arg(sink->problem()));
         logger.addSink(std::move(sink));
     }
+    if (options->build)
+        return build(argc, argv, *options);
     return options->listGpus ? listGpus() : run(argc, argv, *options, sinceStart);
 }

@@ -6,7 +6,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 declare -A groups=(
     [build]="g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-base-private-dev libvulkan-dev
              libvulkan-volk-dev glslc libglm-dev libfmt-dev nlohmann-json3-dev libsdl2-dev libwayland-dev
-             libwayland-bin wayland-protocols libxkbcommon-dev"
+             libwayland-bin wayland-protocols libxkbcommon-dev patchelf"
     [run]="libvulkan1 mesa-vulkan-drivers libqt6svg6 qt6-wayland fonts-noto-core fonts-dejavu-core"
     [headless]="xvfb mesa-vulkan-drivers"
     [test]="libgtest-dev vulkan-validationlayers vulkan-tools weston sway grim imagemagick xdotool

@@ -129,6 +129,9 @@ std::expected<std::string, Error> readFile(const fs::path& file, std::uint64_t m
 }
 
 std::expected<void, Error> replaceFile(const fs::path& file, std::string_view content) {
+    // Renaming over a file asks only whether its folder may be written. Who protects a file means it, though.
+    if (::faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) != 0 && errno != ENOENT)
+        return makeError("cannot write {}: {}", paths::toUtf8(file), lastError());
     TemporaryFile temporary = createTemporary(file.parent_path());
     const auto failure = [&] {
         auto error = makeError("cannot write {}: {}", paths::toUtf8(file), lastError());

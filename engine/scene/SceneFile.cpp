@@ -4,6 +4,7 @@
 #include <tarvik/core/JsonFields.hpp>
 #include <tarvik/core/JsonFile.hpp>
 #include <tarvik/core/Paths.hpp>
+#include <tarvik/scene/Rotation.hpp>
 
 #include <fmt/format.h>
 #include <glm/gtc/quaternion.hpp>
@@ -40,25 +41,6 @@ constexpr Range kIntensity{0.0, 1e6};
 constexpr Range kReach{1e-3, 1e6};
 constexpr Range kFovDegrees{1.0, 179.0};
 constexpr Range kNear{1e-4, 1e4};
-
-// Rotations are written as degrees about x, y and z, applied in the order z, x, y: first roll, then pitch,
-// then yaw.
-glm::quat quatFromDegrees(const glm::vec3& degrees) {
-    const glm::vec3 angles = glm::radians(degrees);
-    return glm::angleAxis(angles.y, glm::vec3(0.0F, 1.0F, 0.0F)) *
-           glm::angleAxis(angles.x, glm::vec3(1.0F, 0.0F, 0.0F)) *
-           glm::angleAxis(angles.z, glm::vec3(0.0F, 0.0F, 1.0F));
-}
-
-glm::vec3 degreesFromQuat(const glm::quat& rotation) {
-    const glm::mat3 m = glm::mat3_cast(glm::normalize(rotation));
-    const float sinPitch = std::clamp(-m[2][1], -1.0F, 1.0F);
-    constexpr float kGimbalLock = 0.999999F;
-    const bool locked = std::abs(sinPitch) > kGimbalLock; // yaw and roll turn about one axis: all is yaw
-    const float yaw = locked ? std::atan2(-m[0][2], m[0][0]) : std::atan2(m[2][0], m[2][2]);
-    const float roll = locked ? 0.0F : std::atan2(m[0][1], m[1][1]);
-    return glm::degrees(glm::vec3(std::asin(sinPitch), yaw, roll));
-}
 
 float number(const JsonFields& fields, std::string_view field, Range range, double absent) {
     return static_cast<float>(fields.number(field, range.least, range.most, absent));

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QSettings>
 #include <QTemporaryDir>
 
 int main(int argc, char** argv) {
@@ -10,6 +11,9 @@ int main(int argc, char** argv) {
         return RUN_ALL_TESTS();
     const QTemporaryDir home;
     qputenv("XDG_DATA_HOME", home.path().toUtf8());
+    QCoreApplication::setOrganizationName("Tarvik");
+    QCoreApplication::setApplicationName("test");
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, home.path());
     const QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -37,6 +37,8 @@ Mouse::Mouse() : display_(wl_display_connect(nullptr)) {
     wl_registry_destroy(registry);
     if (manager_)
         pointer_ = zwlr_virtual_pointer_manager_v1_create_virtual_pointer(manager_, nullptr);
+    else // A compositor that misses where X's pointer is at its start, learns it when that comes in anew.
+        moveTo(1500, 900);
 }
 
 Mouse::~Mouse() {

@@ -70,6 +70,7 @@ TEST_F(CameraTest, CirclesUntilTheFirstTouchAndIsTakenOverWhereItIs) {
         const CameraView before = frame(2.0F);
         EXPECT_GT(difference(before, frame(2.0F)), 0.01F);
         const CameraView last = frame();
+        input_.addMouseDelta({90.0F, 50.0F}); // on the way to the press
         input_.setMouseButton(MouseButton::Right, true);
         EXPECT_LT(difference(last, frame(2.0F)), 0.005F) << "no jump, and no more circling";
         input_.setMouseButton(MouseButton::Right, false);
@@ -135,6 +136,7 @@ TEST_F(CameraTest, WhatIsFramedIsOrbitedInTheMiddleAndPannedWithThePointer) {
 
         controls_.pointerAt({}, Qt::AltModifier);
         input_.setMouseButton(MouseButton::Left, true);
+        frame(0.0F);
         input_.addMouseDelta({150.0F, -40.0F});
         const CameraView orbited = frame();
         EXPECT_GT(glm::distance(ahead(framed), ahead(orbited)), 0.5F);

@@ -22,6 +22,8 @@ TEST(CommandLineTest, WrongArgumentsEndWithUsageAndAreNamed) {
         {{"--project", "one", "two"}, "\"two\""},
         {{"--play", "--project", "one", "--new", "Fresh"}, "--new opens the editor"},
         {{"--play"}, "--play needs a project"},
+        {{"--build", "--quiet"}, "--build needs a project"},
+        {{"--build", "one", "--play"}, "does not go with --play"},
     };
     for (const auto& [arguments, complaint] : cases) {
         SCOPED_TRACE(arguments.join(' ').toStdString());

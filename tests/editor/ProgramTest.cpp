@@ -5,9 +5,16 @@
 
 #include <gtest/gtest.h>
 
+#include <QDeadlineTimer>
 #include <QImage>
 #include <QProcess>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -30,6 +37,11 @@ protected:
 
     [[nodiscard]] Ended run(const std::vector<std::string>& arguments) const {
         QProcess program;
+        start(program, arguments);
+        return end(program);
+    }
+
+    void start(QProcess& program, const std::vector<std::string>& arguments) const {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
             environment.insert(name, QString::fromStdString(path("home")));
@@ -38,9 +50,25 @@ protected:
         for (const std::string& argument : arguments)
             texts += QString::fromStdString(argument);
         program.start(TARVIK_EDITOR, texts);
+    }
+
+    static Ended end(QProcess& program) {
         if (!program.waitForFinished(100'000) || program.exitStatus() != QProcess::NormalExit)
             return {-1, program.errorString().toStdString()};
         return {program.exitCode(), program.readAllStandardError().toStdString()};
+    }
+
+    // Of the picture of 800 x 600 that a run has left; none when it has another size.
+    [[nodiscard]] double redShare() const {
+        const QImage picture(QString::fromStdString(path("p.png")));
+        if (picture.size() != QSize(800, 600))
+            return -1.0;
+        int red = 0;
+        for (int pixel = 0; pixel < 800 * 600; ++pixel) {
+            const QColor colour = picture.pixelColor(pixel % 800, pixel / 800);
+            red += colour.red() > 2 * colour.green() && colour.red() > 60 ? 1 : 0;
+        }
+        return red / (800.0 * 600.0);
     }
 
 private:
@@ -98,14 +126,7 @@ TEST_F(ProgramTest, WritesThePictureAndTheStatisticsOfAGoodProject) {
                                  "--look-at", "0,0,0", "--validation", "--time-limit", "90", mode});
         ASSERT_EQ(ended.status, 0) << ended.errors;
         EXPECT_FALSE(ended.errors.contains("warn")) << ended.errors;
-        const QImage picture(QString::fromStdString(path("p.png")));
-        ASSERT_EQ(picture.size(), QSize(800, 600));
-        int red = 0;
-        for (int pixel = 0; pixel < 800 * 600; ++pixel) {
-            const QColor colour = picture.pixelColor(pixel % 800, pixel / 800);
-            red += colour.red() > 2 * colour.green() && colour.red() > 60 ? 1 : 0;
-        }
-        EXPECT_GT(red, 800 * 600 / 30);
+        EXPECT_GT(redShare(), 1.0 / 30);
         EXPECT_GE(readJsonFile(path("s.json")).value()["frames"], 3);
     }
 }
@@ -129,6 +150,86 @@ TEST_F(ProgramTest, RunsThatCannotSucceedEndWithAReasonAndItsStatus) {
         EXPECT_EQ(ended.status, status);
         EXPECT_TRUE(ended.errors.contains(reason)) << ended.errors;
     }
+}
+
+// Any window would need the platform plug-in that is not there.
+class BuildTest : public ProgramTest {
+protected:
+    BuildTest() {
+        makeRedBoxProject(path("project"), "Away");
+        fs::create_directory(path("project/Scripts"));
+        writeSource("A.cpp", "#include <tarvik/Script.hpp>\n");
+    }
+    void writeSource(const std::string& name, const std::string& text) const {
+        test::writeText(path("project/Scripts/") + name, text);
+    }
+    const std::vector<std::string> arguments_{"--build", "--project", path("project"), "-platform", "none"};
+};
+
+TEST_F(BuildTest, EndsWithWhetherTheBehavioursCompileAndWithTheDiagnosticsAlone) {
+    EXPECT_EQ(run(arguments_).status, 0);
+    EXPECT_TRUE(fs::exists(path("project/Saved/ScriptBuild/bin/game.so")));
+
+    writeSource("B.cpp", "int f() {\n    return g;\n}\n");
+    const Ended broken = run(arguments_);
+    EXPECT_EQ(broken.status, 1);
+    EXPECT_TRUE(broken.errors.starts_with(path("project/Scripts/B.cpp:2:12: error: "))) << broken.errors;
+    EXPECT_EQ(std::ranges::count(broken.errors, '\n'), 1) << broken.errors;
+
+    fs::remove_all(path("project/Scripts"));
+    const Ended empty = run(arguments_);
+    EXPECT_EQ(empty.status, 1);
+    EXPECT_TRUE(empty.errors.contains("No scripts")) << empty.errors;
+    fs::remove(path("project/project.json"));
+    const Ended none = run(arguments_);
+    EXPECT_EQ(none.status, 1);
+    EXPECT_TRUE(none.errors.contains("no project can be opened in " + path("project"))) << none.errors;
+}
+
+TEST_F(BuildTest, AMovedProjectBuildsAndPlaysButNotAgainACrash) {
+    std::string root = path("project");
+    const auto play = [&](const std::string& body) {
+        test::writeText(root + "/Scripts/A.cpp",
+                        "#include <tarvik/Script.hpp>\n#include <cstdlib>\n"
+                        "struct Away : tarvik::script::Behaviour { void update(float) override {" +
+                            body + "} };\nTARVIK_BEHAVIOUR(Away);\n");
+        return run({root, "--play", "--frames", "3", "--screenshot", path("p.png"), "--size", "800x600",
+                    "--camera", "0,0,2", "--look-at", "0,0,0", "--time-limit", "90"});
+    };
+    const Ended stays = play("");
+    EXPECT_EQ(stays.status, 0) << stays.errors;
+    EXPECT_GT(redShare(), 1.0 / 30);
+
+    fs::rename(path("project"), path("moved"));
+    root = path("moved");
+    const Ended goes = play("setPosition({0, 0, 9});");
+    EXPECT_EQ(goes.status, 0) << goes.errors;
+    EXPECT_EQ(redShare(), 0.0);
+
+    EXPECT_EQ(play("std::_Exit(5);").status, 5);
+    const Ended refused = play("std::_Exit(5);");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(refused.errors.contains("The behaviours were not loaded")) << refused.errors;
+    EXPECT_EQ(play("setScale({2, 2, 2});").status, 0);
+}
+
+TEST_F(BuildTest, ASignalEndsTheCompilerToo) {
+    const std::string pipe = path("pipe");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    writeSource("A.cpp", "#include \"" + pipe + "\"\n"); // which the compiler waits for
+    const auto openIfRead = [&] {
+        return ::open(pipe.c_str(), O_WRONLY | O_NONBLOCK);
+    };
+    QProcess program;
+    start(program, arguments_);
+    int held = openIfRead();
+    for (const QDeadlineTimer limit(20'000); held < 0 && !limit.hasExpired(); held = openIfRead())
+        program.waitForFinished(1);
+    ASSERT_GE(held, 0);
+    program.terminate();
+    EXPECT_EQ(end(program).status, 128 + SIGTERM);
+    EXPECT_LT(openIfRead(), 0) << "the compiler is still there";
+    ::close(held);
 }
 
 } // namespace

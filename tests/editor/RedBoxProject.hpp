@@ -9,11 +9,13 @@
 
 namespace tarvik::test {
 
-// A project named "Test" whose scene is one red box at the origin.
-inline void makeRedBoxProject(const std::filesystem::path& root) {
+// A project named "Test" whose scene is one red box at the origin, with that behaviour.
+inline void makeRedBoxProject(const std::filesystem::path& root, const char* behaviour = "") {
     auto project = Project::create(root, "Test").value();
     Scene scene("Main");
-    scene.add(entityOf(Mesh::Cube, {220, 20, 20}));
+    Entity box = entityOf(Mesh::Cube, {220, 20, 20});
+    box.behaviour = behaviour;
+    scene.add(std::move(box));
     saveScene(scene, project.contentDir() / "Main.lscene").value();
     project.setDefaultScene("Content/Main.lscene");
     project.save().value();

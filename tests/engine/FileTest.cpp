@@ -41,6 +41,17 @@ TEST(FileTest, FailedWriteLeavesTheOldContentAndNothingElse) {
     EXPECT_EQ(namesIn(folder.path()), std::set<std::string>{"file"});
 }
 
+TEST(FileTest, AReadOnlyFileIsNotReplacedThoughItsFolderMayBeWritten) {
+    const TemporaryFolder folder;
+    const fs::path file = folder / "file";
+    writeText(file, "old");
+    fs::permissions(folder.path(), fs::perms::all);
+    fs::permissions(file, fs::perms(0444));
+    const NoPrivileges user;
+    EXPECT_TRUE(errorOf(writeFileDurably(file, "new")).contains(file.native()));
+    EXPECT_EQ(readText(file), "old");
+}
+
 TEST(FileTest, WritingKeepsPermissionsAndLinks) {
     const TemporaryFolder folder;
     fs::create_directory(folder / "target");

@@ -6,8 +6,10 @@
 
 #include <stdlib.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -54,6 +56,21 @@ public:
 private:
     rlimit old_{};
     void (*oldHandler_)(int);
+};
+
+// While it lives, root is nobody: permissions hold for the tests of root, too.
+class NoPrivileges final {
+public:
+    NoPrivileges() : changed_(::geteuid() == 0 && ::seteuid(65534) == 0) {}
+    NoPrivileges(const NoPrivileges&) = delete;
+    NoPrivileges& operator=(const NoPrivileges&) = delete;
+    ~NoPrivileges() {
+        if (changed_ && ::seteuid(0) != 0)
+            std::abort(); // every test after this one would fail
+    }
+
+private:
+    bool changed_;
 };
 
 inline void writeText(const std::filesystem::path& file, std::string_view text) {

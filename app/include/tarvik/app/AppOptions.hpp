@@ -34,6 +34,7 @@ struct AppOptions {
     bool still = false;           // the camera does not orbit
     std::int64_t timeLimitMs = 0; // give up with a failure after that time; 0: never
     bool listGpus = false;        // print the GPUs and quit
+    bool build = false;           // build the behaviours without a window and quit
     QStringList arguments;        // positional: the project folder, where projectDir was not named
 };
 

@@ -28,7 +28,7 @@ class TARVIK_APPCOMMON_API BuildDiagnostics final {
 public:
     explicit BuildDiagnostics(QStringView output);
 
-    [[nodiscard]] const QList<BuildDiagnostic>& list() const { return list_; }
+    [[nodiscard]] QList<BuildDiagnostic> list() const { return list_; }
 
 private:
     QList<BuildDiagnostic> list_;

@@ -2,16 +2,19 @@
 
 #include <tarvik/app/Export.hpp>
 
+#include <QDateTime>
 #include <QFileSystemWatcher>
+#include <QMap>
 #include <QObject>
 #include <QSet>
 #include <QString>
+#include <QStringConverter>
 #include <QStringList>
 #include <QTimer>
 
-class QProcess;
-
 namespace tarvik::app {
+
+class ProcessTree;
 
 // Builds the C++ behaviours in a project's Scripts folder into one loadable module, by running CMake as a
 // child process. Lives on the GUI thread and may be destroyed at any time, also from a receiver of its
@@ -59,18 +62,25 @@ private:
     bool prepareSources(QString* error);
     [[nodiscard]] QStringList configureArguments() const;
     void runNext();
+    void readOutput();
+    void releaseProcess();
     void finish(bool ok);
+    void folderChanged(const QString& path);
     void rewatch();
+    void unwatch();
+    [[nodiscard]] QMap<QString, QDateTime> findSources() const;
 
     QString root;
     QFileSystemWatcher watcher;
     QTimer debounce;
     bool watching = false;
     bool rebuildQueued = false;
-    QProcess* process = nullptr; // null while no step runs
+    ProcessTree* process = nullptr; // null while no step runs
     QStringList steps;
     QString buildOutput;
-    QSet<QString> unwatchable; // told of already
+    QStringDecoder decoder_{QStringConverter::System}; // of the running step
+    QMap<QString, QDateTime> sources_;                 // what is watched, as it was last seen
+    QSet<QString> unwatchable_;                        // told of already
 };
 
 } // namespace tarvik::app

@@ -115,7 +115,7 @@ private:
     [[nodiscard]] bool takeFromApplication(QObject* watched, QEvent* event);
     void releaseElsewhere(Qt::MouseButton button);
     [[nodiscard]] bool takeFromContainer(QEvent* event);
-    [[nodiscard]] bool takeFromTopLevel(QKeyEvent& event);
+    [[nodiscard]] bool takeKeyFrom(const QObject* window, QKeyEvent& event);
     [[nodiscard]] bool overrideShortcut(QKeyEvent& event) const;
     [[nodiscard]] bool handleDrag(QEvent* event);
     void takeFocus();

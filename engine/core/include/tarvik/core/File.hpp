@@ -18,8 +18,8 @@ namespace tarvik {
                                                                          std::uint64_t maxBytes);
 
 // Replaces the file's content in one step: written beside it, flushed to the disk, renamed over it. After a
-// failure or a power cut the file holds the old content or the new, never a part. A link is written through.
-// Missing parent folders are created.
+// failure or a power cut the file holds the old content or the new, never a part. A link is written through;
+// a write-protected file is left alone. Missing parent folders are created.
 [[nodiscard]] TARVIK_CORE_API std::expected<void, Error> writeFileDurably(const std::filesystem::path& file,
                                                                           std::string_view content);
 

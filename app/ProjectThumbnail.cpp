@@ -1,0 +1,88 @@
+#include <tarvik/app/ProjectThumbnail.hpp>
+
+#include <QFileInfo>
+#include <QImage>
+#include <QPainter>
+#include <QRegularExpression>
+#include <QString>
+#include <QtMath>
+
+#include <algorithm>
+
+namespace tarvik::app {
+
+namespace {
+
+// A null picture when the file cannot be read or when Qt, which allows one 128 MB at 32 bits a pixel, finds
+// it too large to decode. Not straight into a pixmap, as those are cached. Opening a pipe would wait for its
+// writer.
+QImage readPicture(const QString& file) {
+    return QFileInfo(file).isFile() ? QImage(file) : QImage();
+}
+
+// Scaled whole, a picture of a single row would fill gigabytes, of which the cut shows the first columns.
+QImage withoutUnseenParts(const QImage& picture, const QSize& size) {
+    constexpr double kMaxPixels = 32 << 20;
+    const QSizeF whole = QSizeF(picture.size()).scaled(size, Qt::KeepAspectRatioByExpanding);
+    if (whole.width() * whole.height() <= kMaxPixels)
+        return picture;
+    const QSizeF seen = QSizeF(size) * (picture.width() / whole.width());
+    const QSize kept(qCeil(seen.width()), qCeil(seen.height()));
+    return picture.copy(QRect(QPoint(), kept.boundedTo(picture.size())));
+}
+
+QString initialsOf(const QString& name) {
+    static const QRegularExpression separators("[\\s_-]+");
+    QString initials;
+    for (const QString& part : name.split(separators, Qt::SkipEmptyParts)) {
+        initials += part.front().toUpper();
+        if (initials.size() == 2)
+            break;
+    }
+    return initials;
+}
+
+QLinearGradient coloursOf(const QString& name, const QSize& size) {
+    const int hue = static_cast<int>(static_cast<quint64>(qHash(QStringView(name), 0)) % 360);
+    QLinearGradient gradient(0, 0, size.width(), size.height());
+    gradient.setColorAt(0, QColor::fromHsv(hue, 120, 90));
+    gradient.setColorAt(1, QColor::fromHsv((hue + 40) % 360, 140, 40));
+    return gradient;
+}
+
+} // namespace
+
+QPixmap projectThumbnail(const QString& root, const QString& name, const QSize& size) {
+    const QImage picture = readPicture(root + "/Saved/Thumbnail.png");
+    if (picture.isNull() || size.isEmpty())
+        return placeholderThumbnail(name, size);
+    return QPixmap::fromImage(withoutUnseenParts(picture, size))
+        .scaled(size, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation)
+        .copy(QRect(QPoint(), size));
+}
+
+QPixmap placeholderThumbnail(const QString& name, const QSize& size) {
+    if (size.isEmpty())
+        return {};
+    QPixmap thumbnail(size);
+    thumbnail.fill(Qt::transparent);
+    const QRect whole(QPoint(), size);
+    QPainter painter(&thumbnail);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillRect(whole, coloursOf(name, size));
+
+    const int horizon = 2 * size.height() / 3;
+    painter.setPen(QColor(255, 255, 255, 30));
+    painter.drawLine(0, horizon, size.width(), horizon);
+
+    QFont font = painter.font();
+    font.setPixelSize(std::max(size.height() / 3, 1));
+    font.setWeight(QFont::DemiBold);
+    painter.setFont(font);
+    painter.setPen(QColor(255, 255, 255, 220));
+    const QString initials = initialsOf(name);
+    painter.drawText(whole, Qt::AlignCenter, initials.isEmpty() ? "?" : initials);
+    return thumbnail;
+}
+
+} // namespace tarvik::app

@@ -1,0 +1,86 @@
+#include "BuildCommand.hpp"
+
+#include "CommandLine.hpp"
+#include "DiagnosticText.hpp"
+#include "MovedBuildTree.hpp"
+#include "TerminationSignals.hpp"
+
+#include <tarvik/app/Paths.hpp>
+#include <tarvik/app/ScriptBuilder.hpp>
+#include <tarvik/project/Project.hpp>
+
+#include <QDir>
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <limits>
+
+namespace tarvik::editor {
+namespace {
+
+void write(std::FILE* stream, const QString& line) {
+    const QByteArray bytes = line.toLocal8Bit() + '\n';
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+int fail(ExitStatus status, const QString& reason) {
+    write(stderr, "tarvik-editor: " + reason);
+    return static_cast<int>(status);
+}
+
+void writeDiagnostics(bool ok, const QString& output) {
+    bool reasonKnown = ok;
+    for (const app::BuildDiagnostic& diagnostic : app::BuildDiagnostics(output).list()) {
+        write(stderr, asLine(diagnostic));
+        reasonKnown = reasonKnown || diagnostic.severity == app::BuildDiagnostic::Severity::Error;
+    }
+    if (!reasonKnown)
+        fail(ExitStatus::Failed, output.trimmed());
+}
+
+} // namespace
+
+int buildProject(const app::AppOptions& options, const TerminationSignals& termination) {
+    const auto project = Project::open(app::toPath(options.projectDir));
+    if (!project)
+        return fail(ExitStatus::Failed, QString("no project can be opened in %1: %2")
+                                            .arg(QDir::toNativeSeparators(options.projectDir),
+                                                 QString::fromStdString(project.error().message)));
+
+    app::ScriptBuilder builder(app::toQString(project->rootDir()));
+    removeMovedBuildTree(builder.buildDir());
+    const auto tell = [&options](const QString& line) {
+        if (!options.quiet)
+            write(stdout, line);
+    };
+    tell(QString("Building %1").arg(QDir::toNativeSeparators(builder.scriptsDir())));
+
+    constexpr std::int64_t kLongest = std::numeric_limits<int>::max();
+    const std::int64_t limit = options.timeLimitMs > 0 ? std::min(options.timeLimitMs, kLongest) : kLongest;
+    QElapsedTimer clock;
+    clock.start();
+    bool finished = false;
+    QObject::connect(&builder, &app::ScriptBuilder::buildFinished, &builder,
+                     [&finished] { finished = true; });
+    QString output;
+    const bool ok = builder.buildBlocking(&output, static_cast<int>(limit));
+    const double seconds = static_cast<double>(clock.elapsed()) / 1000.0;
+    if (termination.exitStatus() != 0) {
+        write(stderr, "tarvik-editor: the build was interrupted");
+        return termination.exitStatus();
+    }
+    if (!finished)
+        return fail(ExitStatus::TimeLimit, QString("--time-limit: gave up after %1 s").arg(seconds));
+
+    writeDiagnostics(ok, output);
+    if (!ok)
+        return static_cast<int>(ExitStatus::Failed);
+    tell(QString("Built %1 in %2 s")
+             .arg(QDir::toNativeSeparators(builder.libraryPath()))
+             .arg(seconds, 0, 'f', 1));
+    return static_cast<int>(ExitStatus::Done);
+}
+
+} // namespace tarvik::editor

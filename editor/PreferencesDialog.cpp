@@ -1,0 +1,174 @@
+#include "PreferencesDialog.hpp"
+
+#include "DisplayText.hpp"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSettings>
+
+namespace tarvik::editor {
+namespace {
+
+using app::Preferences;
+
+constexpr int kAutomatic = -1;
+
+QLabel* captionLabel(const QString& text) {
+    auto* label = new QLabel(text);
+    label->setContentsMargins(0, 6, 0, 0);
+    label->setProperty("section", true);
+    return label;
+}
+
+QLabel* hintLabel(const QString& text) {
+    auto* label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setProperty("muted", true);
+    return label;
+}
+
+} // namespace
+
+PreferencesDialog::PreferencesDialog(const GpuList& gpus, QWidget* parent)
+    : QDialog(parent),
+      gpu_(new QComboBox),
+      validation_(new QComboBox),
+      vsync_(new QCheckBox(tr("&Vertical sync"))),
+      folder_(new QLineEdit) {
+    setWindowTitle(tr("Preferences"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setMinimumWidth(520);
+
+    auto* form = new QFormLayout;
+    form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    form->setHorizontalSpacing(14);
+    form->setVerticalSpacing(10);
+    form->addRow(captionLabel(tr("Rendering")));
+    form->addRow(tr("&GPU"), gpu_);
+    if (!gpus) {
+        QLabel* problem = hintLabel(QString::fromStdString(gpus.error().message));
+        problem->setWordWrap(true);
+        form->addRow({}, problem);
+    }
+    form->addRow(tr("V&alidation"), validation_);
+    form->addRow({}, vsync_);
+    form->addRow({}, hintLabel(tr("These take effect when the editor is started again.")));
+    form->addRow(captionLabel(tr("Projects")));
+    QLayout* place = createFolderRow();
+    form->addRow(tr("&Folder"), place);
+    qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(folder_);
+    form->addRow({}, hintLabel(tr("New projects are offered a place here from now on.")));
+
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
+    buttons->button(QDialogButtonBox::Save)->setProperty("accent", true);
+    connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &PreferencesDialog::reject);
+
+    auto* heading = new QLabel(windowTitle());
+    heading->setProperty("heading", true);
+    auto* box = new QVBoxLayout(this);
+    box->setContentsMargins(20, 20, 20, 16);
+    box->setSpacing(14);
+    box->addWidget(heading);
+    box->addLayout(form);
+    box->addStretch(1);
+    box->addWidget(buttons);
+
+    fill(Preferences::load(), gpus);
+}
+
+QLayout* PreferencesDialog::createFolderRow() {
+    folder_->setPlaceholderText(QDir::toNativeSeparators(Preferences{}.effectiveProjectsDirectory()));
+    auto* browse = new QPushButton(tr("&Browse…"));
+    browse->setAutoDefault(false);
+    browse->setAccessibleName(tr("Browse for the projects folder"));
+    connect(browse, &QPushButton::clicked, this, &PreferencesDialog::browse);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addWidget(folder_, 1);
+    row->addWidget(browse);
+    return row;
+}
+
+// A GPU that was chosen and is gone stays chosen, to be there again when it is plugged in.
+void PreferencesDialog::fill(const Preferences& preferences, const GpuList& gpus) {
+    gpu_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    gpu_->addItem(tr("Automatic"), kAutomatic);
+    for (const rhi::Gpu& gpu : gpus.value_or(std::vector<rhi::Gpu>())) {
+        gpu_->addItem(tr("%1 – %2, GPU %3")
+                          .arg(oneLine(QString::fromStdString(gpu.name)), QString::fromStdString(gpu.kind),
+                               QString::number(gpu.index)),
+                      static_cast<int>(gpu.index));
+    }
+    const int stored = preferences.gpu ? static_cast<int>(*preferences.gpu) : kAutomatic;
+    if (gpu_->findData(stored) < 0)
+        gpu_->addItem(tr("GPU %1 (not found)").arg(stored), stored);
+    gpu_->setCurrentIndex(gpu_->findData(stored));
+
+    validation_->addItem(tr("Default (off)"), Preferences::kValidationDefault);
+    validation_->addItem(tr("On: mistakes go to the log, rendering is slower"), Preferences::kValidationOn);
+    validation_->addItem(tr("Off"), Preferences::kValidationOff);
+    validation_->setCurrentIndex(validation_->findData(preferences.validation));
+    vsync_->setChecked(preferences.vsync);
+    folder_->setText(QDir::toNativeSeparators(preferences.projectsDirectory));
+}
+
+void PreferencesDialog::browse() {
+    const QString start = folder_->text().isEmpty() ? folder_->placeholderText() : folder_->text();
+    auto* dialog = new QFileDialog(this, tr("Projects Folder"), start);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QFileDialog::fileSelected, folder_,
+            [this](const QString& chosen) { folder_->setText(QDir::toNativeSeparators(chosen)); });
+    dialog->open();
+}
+
+Preferences PreferencesDialog::chosen() const {
+    Preferences preferences;
+    if (const int gpu = gpu_->currentData().toInt(); gpu != kAutomatic)
+        preferences.gpu = static_cast<std::uint32_t>(gpu);
+    preferences.validation = validation_->currentData().toUInt();
+    preferences.vsync = vsync_->isChecked();
+    if (!folder_->text().trimmed().isEmpty())
+        preferences.projectsDirectory = QDir::fromNativeSeparators(folder_->text());
+    return preferences;
+}
+
+void PreferencesDialog::accept() {
+    const Preferences preferences = chosen();
+    const QString& folder = preferences.projectsDirectory;
+    if (!folder.isEmpty() && !QDir::isAbsolutePath(folder)) {
+        // Where it is would depend on where the editor was started.
+        showProblem(
+            tr("Invalid folder"),
+            tr("The projects folder needs its whole path, such as %1.").arg(folder_->placeholderText()));
+        return;
+    }
+    QSettings store; // keeps what could not be written, to see it fail
+    preferences.save();
+    store.sync();
+    if (store.status() != QSettings::NoError) {
+        showProblem(tr("Save failed"),
+                    tr("The preferences could not be written to %1.").arg(store.fileName()));
+        return;
+    }
+    QDialog::accept();
+}
+
+void PreferencesDialog::showProblem(const QString& title, const QString& text) {
+    auto* box = new QMessageBox(QMessageBox::Warning, title, text, QMessageBox::Ok, this);
+    box->setTextFormat(Qt::PlainText);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+} // namespace tarvik::editor
