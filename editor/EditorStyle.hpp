@@ -10,7 +10,7 @@ class QLabel;
 namespace tarvik::editor {
 
 // The theme, and what it leaves open: visible keyboard focus, an accent that can be disabled, marks for check
-// boxes and drop-down lists.
+// boxes and drop-down lists, quiet frames around tabs.
 void applyEditorStyle(QApplication& application);
 
 [[nodiscard]] QColor logLevelColour(LogLevel level);
