@@ -59,9 +59,7 @@ BuildPanel::BuildPanel(QWidget* parent)
     layout->addWidget(createTools());
 
     notice_ = plainLabel({});
-    QPalette palette = notice_->palette();
-    palette.setColor(QPalette::WindowText, logLevelColour(LogLevel::Warn));
-    notice_->setPalette(palette);
+    colourText(*notice_, LogLevel::Warn);
     notice_->setMinimumWidth(1); // a long path must not widen the window
     notice_->hide();
     layout->addWidget(notice_);
@@ -213,14 +211,12 @@ void BuildPanel::setBusy(bool busy) {
 }
 
 void BuildPanel::setState(const QString& text) {
-    state_->setPalette(palette());
+    colourText(*state_, LogLevel::Info);
     state_->setText(text);
 }
 
 void BuildPanel::setFailure(const QString& text) {
-    QPalette palette = state_->palette();
-    palette.setColor(QPalette::WindowText, logLevelColour(LogLevel::Error));
-    state_->setPalette(palette);
+    colourText(*state_, LogLevel::Error);
     state_->setText(text);
 }
 

@@ -25,6 +25,8 @@ QTreeView:focus, QListView:focus, QTableView:focus { border-color: #4f8cff; }
 QMenu::indicator { left: 6px; width: 14px; height: 14px; }
 QCheckBox::indicator:checked, QMenu::indicator:checked { image: url(:/editor/icons/check.svg); }
 QComboBox::down-arrow { image: url(:/editor/icons/down.svg); width: 12px; height: 12px; }
+QTabBar { qproperty-drawBase: 0; }
+QTabWidget::pane { border: none; border-top: 1px solid #23262d; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 )";
 
@@ -48,6 +50,12 @@ QColor logLevelColour(LogLevel level) {
         break;
     }
     return 0xd7dae0;
+}
+
+void colourText(QLabel& label, LogLevel level) {
+    const QString sheet = "color: " + logLevelColour(level).name();
+    if (label.styleSheet() != sheet)
+        label.setStyleSheet(sheet);
 }
 
 void styleText(QLabel& label, TextRole role) {

@@ -10,12 +10,15 @@ class QLabel;
 namespace tarvik::editor {
 
 // The theme, and what it leaves open: visible keyboard focus, an accent that can be disabled, marks for check
-// boxes and drop-down lists.
+// boxes and drop-down lists, quiet frames around tabs.
 void applyEditorStyle(QApplication& application);
 
 [[nodiscard]] QColor logLevelColour(LogLevel level);
 
 enum class TextRole : std::uint8_t { Heading, Section, Muted };
+
+// As a log line of that level. The style sheet's colour goes over that of a palette.
+void colourText(QLabel& label, LogLevel level);
 
 // For a label that was not shown yet.
 void styleText(QLabel& label, TextRole role);

@@ -47,11 +47,11 @@ LogPanel::~LogPanel() {
 }
 
 QWidget* LogPanel::createTools() {
-    auto* tools = new QWidget;
+    auto* tools = new QWidget(this);
     auto* layout = new QHBoxLayout(tools);
     layout->setContentsMargins(0, 0, 0, 0);
 
-    auto* level = new QComboBox;
+    auto* level = new QComboBox(tools);
     level->addItem(tr("All levels"), static_cast<int>(LogLevel::Debug));
     level->addItem(tr("Info and above"), static_cast<int>(LogLevel::Info));
     level->addItem(tr("Warnings and errors"), static_cast<int>(LogLevel::Warn));
@@ -61,14 +61,14 @@ QWidget* LogPanel::createTools() {
             [this, level] { filter_->setLeastLevel(static_cast<LogLevel>(level->currentData().toInt())); });
     layout->addWidget(level);
 
-    auto* text = new QLineEdit;
+    auto* text = new QLineEdit(tools);
     text->setPlaceholderText(tr("Filter by text"));
     text->setAccessibleName(tr("Filter log by text"));
     text->setClearButtonEnabled(true);
     connect(text, &QLineEdit::textChanged, filter_, &LogFilter::setText);
     layout->addWidget(text, 1);
 
-    follow_ = new QCheckBox(tr("Follo&w"));
+    follow_ = new QCheckBox(tr("Follo&w"), tools);
     follow_->setToolTip(tr("Keep the newest line in view"));
     follow_->setChecked(true);
     connect(follow_, &QCheckBox::toggled, this, [this](bool on) {
@@ -77,19 +77,19 @@ QWidget* LogPanel::createTools() {
     });
     layout->addWidget(follow_);
 
-    auto* copy = new QPushButton(tr("&Copy"));
+    auto* copy = new QPushButton(tr("&Copy"), tools);
     copy->setToolTip(tr("Copy the selected lines, or all lines shown when none is selected"));
     connect(copy, &QPushButton::clicked, this, &LogPanel::copySelection);
     layout->addWidget(copy);
 
-    auto* clearButton = new QPushButton(tr("C&lear"));
+    auto* clearButton = new QPushButton(tr("C&lear"), tools);
     connect(clearButton, &QPushButton::clicked, this, &LogPanel::clear);
     layout->addWidget(clearButton);
     return tools;
 }
 
 void LogPanel::createTable() {
-    table_ = new QTableView;
+    table_ = new QTableView(this);
     table_->setModel(filter_);
     table_->setAccessibleName(tr("Log"));
     table_->setSelectionBehavior(QAbstractItemView::SelectRows);

@@ -59,10 +59,10 @@ MainWindow::MainWindow(Session& session)
     : session_(session),
       client_(session.options()),
       runner_(session, *this),
-      pages_(new QStackedWidget),
-      startPage_(new StartPage),
+      pages_(new QStackedWidget(this)),
+      startPage_(new StartPage(pages_)),
       status_(std::make_unique<StatusDisplay>(*statusBar())),
-      pane_(new ViewportPane(client_)),
+      pane_(new ViewportPane(client_, pages_)),
       pictures_(new PictureSaver(*this, *pane_)) {
     pages_->addWidget(startPage_);
     pages_->addWidget(pane_);
@@ -126,26 +126,23 @@ void MainWindow::start() {
 void MainWindow::createDocks() {
     setDockNestingEnabled(true);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-    const auto addDock = [this](const QString& title, const char* name, Qt::DockWidgetArea area,
-                                QWidget* content, const QKeySequence& shortcut) {
+    const auto addDock = [this]<typename Content>(Content*& content, const QString& title, const char* name,
+                                                  Qt::DockWidgetArea area, const QKeySequence& shortcut) {
         auto* dock = new QDockWidget(title, this);
         dock->setObjectName(name);
+        content = new Content(dock);
         dock->setWidget(content);
         dock->toggleViewAction()->setShortcut(shortcut);
         addDockWidget(area, dock);
         return dock;
     };
-    sceneTree_ = new SceneTree;
-    logPanel_ = new LogPanel;
     QDockWidget* scene =
-        addDock(tr("Scene"), "sceneDock", Qt::LeftDockWidgetArea, sceneTree_, QKeySequence("Ctrl+1"));
+        addDock(sceneTree_, tr("Scene"), "sceneDock", Qt::LeftDockWidgetArea, QKeySequence("Ctrl+1"));
     QDockWidget* log =
-        addDock(tr("Log"), "logDock", Qt::BottomDockWidgetArea, logPanel_, QKeySequence("Ctrl+2"));
-    buildPanel_ = new BuildPanel;
+        addDock(logPanel_, tr("Log"), "logDock", Qt::BottomDockWidgetArea, QKeySequence("Ctrl+2"));
     buildDock_ =
-        addDock(tr("Build"), "buildDock", Qt::BottomDockWidgetArea, buildPanel_, QKeySequence("Ctrl+3"));
-    inspector_ = new Inspector;
-    QDockWidget* inspector = addDock(tr("Inspector"), "inspectorDock", Qt::RightDockWidgetArea, inspector_,
+        addDock(buildPanel_, tr("Build"), "buildDock", Qt::BottomDockWidgetArea, QKeySequence("Ctrl+3"));
+    QDockWidget* inspector = addDock(inspector_, tr("Inspector"), "inspectorDock", Qt::RightDockWidgetArea,
                                      QKeySequence("Ctrl+4"));
     tabifyDockWidget(log, buildDock_);
     log->raise();

@@ -82,11 +82,11 @@ SceneTree::SceneTree(QWidget* parent)
     : QWidget(parent),
       model_(new SceneModel(this)),
       filtered_(new QSortFilterProxyModel(this)),
-      view_(new QTreeView) {
+      view_(new QTreeView(this)) {
     filtered_->setSourceModel(model_);
     filtered_->setFilterCaseSensitivity(Qt::CaseInsensitive);
 
-    auto* filter = new QLineEdit;
+    auto* filter = new QLineEdit(this);
     filter->setPlaceholderText(tr("Filter by name"));
     filter->setAccessibleName(tr("Filter entities by name"));
     filter->setClearButtonEnabled(true);
@@ -107,6 +107,7 @@ SceneTree::SceneTree(QWidget* parent)
     view_->header()->setSectionResizeMode(SceneModel::Kind, QHeaderView::Fixed);
     view_->header()->resizeSection(SceneModel::Kind,
                                    view_->fontMetrics().horizontalAdvance(tr("Directional light")) + 16);
+    setTabOrder(filter, view_);
     connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SceneTree::takeChosen);
     connect(view_, &QTreeView::activated, this, &SceneTree::entityActivated);
 

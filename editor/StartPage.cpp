@@ -76,17 +76,16 @@ public:
 StartPage::StartPage(QWidget* parent) : QWidget(parent) {
     notice_ = plainLabel({});
     notice_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    // The application's style sheet gives every widget its colour, over the palette.
-    notice_->setStyleSheet("color: " + logLevelColour(LogLevel::Warn).name());
+    colourText(*notice_, LogLevel::Warn);
     notice_->hide();
 
+    auto* block = new QWidget(this);
+    block->setMaximumWidth(980);
     auto* columns = new QHBoxLayout;
     columns->setSpacing(48);
-    columns->addWidget(createGreeting(), 0, Qt::AlignTop);
-    columns->addWidget(createRecent(), 1);
+    columns->addWidget(createGreeting(block), 0, Qt::AlignTop);
+    columns->addWidget(createRecent(block), 1);
 
-    auto* block = new QWidget;
-    block->setMaximumWidth(980);
     auto* rows = new QVBoxLayout(block);
     rows->setSpacing(24);
     rows->addWidget(notice_);
@@ -99,17 +98,17 @@ StartPage::StartPage(QWidget* parent) : QWidget(parent) {
     page->addStretch(1);
 }
 
-QWidget* StartPage::createGreeting() {
-    auto* greeting = new QWidget;
+QWidget* StartPage::createGreeting(QWidget* parent) {
+    auto* greeting = new QWidget(parent);
     greeting->setFixedWidth(220);
     auto* title = plainLabel(tr("Tarvik"));
     styleText(*title, TextRole::Heading);
     auto* subtitle = plainLabel(tr("Open a project to see its scene."));
     styleText(*subtitle, TextRole::Muted);
 
-    auto* create = new QPushButton(tr("&New Project…"));
+    auto* create = new QPushButton(tr("&New Project…"), greeting);
     connect(create, &QPushButton::clicked, this, &StartPage::newRequested);
-    auto* open = new QPushButton(tr("&Open Project…"));
+    auto* open = new QPushButton(tr("&Open Project…"), greeting);
     connect(open, &QPushButton::clicked, this, &StartPage::openRequested);
     for (QPushButton* button : {create, open})
         button->setMinimumHeight(34);
@@ -124,14 +123,14 @@ QWidget* StartPage::createGreeting() {
     return greeting;
 }
 
-QWidget* StartPage::createRecent() {
-    auto* recent = new QWidget;
+QWidget* StartPage::createRecent(QWidget* parent) {
+    auto* recent = new QWidget(parent);
     auto* heading = plainLabel(tr("Recent projects"));
     styleText(*heading, TextRole::Section);
     empty_ = plainLabel(tr("No project was opened yet."));
     styleText(*empty_, TextRole::Muted);
 
-    list_ = new QListWidget;
+    list_ = new QListWidget(recent);
     list_->setAccessibleName(tr("Recent projects"));
     list_->setItemDelegate(new ProjectDelegate(list_));
     list_->setFrameShape(QFrame::NoFrame);

@@ -29,8 +29,8 @@ Q_SIGNALS:
     void removalRequested(const QString& folder);
 
 private:
-    [[nodiscard]] QWidget* createGreeting();
-    [[nodiscard]] QWidget* createRecent();
+    [[nodiscard]] QWidget* createGreeting(QWidget* parent);
+    [[nodiscard]] QWidget* createRecent(QWidget* parent);
 
     QListWidget* list_ = nullptr;
     QLabel* empty_ = nullptr;

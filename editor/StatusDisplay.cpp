@@ -10,7 +10,7 @@ namespace tarvik::editor {
 namespace {
 
 QLabel* addLabel(QStatusBar& bar, const QString& accessibleName) {
-    auto* label = new QLabel;
+    auto* label = new QLabel(&bar);
     label->setTextFormat(Qt::PlainText);
     label->setAccessibleName(accessibleName);
     label->setContentsMargins(8, 2, 8, 2);
