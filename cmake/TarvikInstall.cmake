@@ -18,9 +18,6 @@ install(FILES "${PROJECT_BINARY_DIR}/tarvikConfig.cmake" "${PROJECT_BINARY_DIR}/
 # The layout of an editor installation: bin, lib, plugins, include, and the notices.
 if(TARGET tarvik-editor)
   install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION .)
-  if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
-    option(TARVIK_BUNDLE "Install the editor together with Qt and all other libraries that it needs" ON)
-  endif()
 endif()
 if(TARVIK_BUNDLE)
   get_target_property(qmake Qt6::qmake IMPORTED_LOCATION)

@@ -366,11 +366,13 @@ void MainWindow::askForNewProject() {
 }
 
 void MainWindow::askForProjectSettings() {
+    if (!project_)
+        return;
     auto* dialog = new app::ProjectSettingsDialog(project_->project, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this, [this] {
+    connect(dialog, &QDialog::accepted, this, [this, &project = project_->project] {
         app::AppContext& context = session_.context();
-        context.registry.touch(project_->project.rootDir(), project_->project.name());
+        context.registry.touch(project.rootDir(), project.name());
         context.saveRecentProjects();
         updateTitle();
     });

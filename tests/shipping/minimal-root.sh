@@ -16,7 +16,8 @@ while ((${#queue[@]} > 0)); do
     mapfile -t -O "${#queue[@]}" queue < <(dpkg-query -W -f '${Pre-Depends},${Depends}' "$package" 2>/dev/null |
         tr ',' '\n' | sed -n 's/^ *\([a-z0-9.+-]\+\).*/\1/p')
 done
-mkdir -p "$root"/{tmp,dev,home} "$root"/usr/{bin,lib,lib64}
+mkdir -p "$root"/{tmp,proc,dev,home} "$root"/usr/{bin,lib,lib64}
+: >"$root/dev/null"
 ln -s usr/bin "$root/bin"
 ln -s usr/lib "$root/lib"
 ln -s usr/lib64 "$root/lib64"
