@@ -6,6 +6,7 @@
 
 #include <tarvik/app/Paths.hpp>
 #include <tarvik/app/ScriptBuilder.hpp>
+#include <tarvik/core/Log.hpp>
 #include <tarvik/core/Paths.hpp>
 
 #include <QCoreApplication>
@@ -18,6 +19,18 @@
 #include <utility>
 
 namespace tarvik::editor {
+namespace {
+
+// A scene whose behaviours are not there is a picture.
+void warnOfIdle(const Scene& scene) {
+    std::size_t idle = 0;
+    for (std::size_t i = 0; i < scene.size(); ++i)
+        idle += scene.behaviour(i).empty() ? 0 : 1;
+    if (idle > 0)
+        log::warn("Game", "played without behaviours, which {} of the entities have", idle);
+}
+
+} // namespace
 
 GameRunner::GameRunner(const Session& session, QWidget& window) : session_(session), window_(window) {}
 
@@ -135,13 +148,13 @@ void GameRunner::askWhetherToTrust() {
 
 void GameRunner::run(const QString& library) {
     game_ = std::make_unique<Game>(*std::exchange(scene_, nullptr), loadDir());
-    if (!library.isEmpty()) {
-        if (const auto loaded = game_->load(library); !loaded) {
-            game_.reset();
-            Q_EMIT stateChanged();
-            Q_EMIT failed(QString::fromStdString(loaded.error().message));
-            return;
-        }
+    if (library.isEmpty()) {
+        warnOfIdle(game_->scene());
+    } else if (const auto loaded = game_->load(library); !loaded) {
+        game_.reset();
+        Q_EMIT stateChanged();
+        Q_EMIT failed(QString::fromStdString(loaded.error().message));
+        return;
     }
     Q_EMIT started();
     Q_EMIT stateChanged();
