@@ -1,6 +1,6 @@
 #include "BuildCommand.hpp"
 
-#include "CommandLine.hpp"
+#include "CommandOutput.hpp"
 #include "DiagnosticText.hpp"
 #include "MovedBuildTree.hpp"
 #include "ProjectPlace.hpp"
@@ -20,21 +20,10 @@
 namespace tarvik::editor {
 namespace {
 
-void write(std::FILE* stream, const QString& line) {
-    const QByteArray bytes = line.toLocal8Bit() + '\n';
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
-    std::fflush(stream);
-}
-
-int fail(ExitStatus status, const QString& reason) {
-    write(stderr, "tarvik-editor: " + reason);
-    return static_cast<int>(status);
-}
-
 void writeDiagnostics(bool ok, const QString& output) {
     bool reasonKnown = ok;
     for (const app::BuildDiagnostic& diagnostic : app::BuildDiagnostics(output).list()) {
-        write(stderr, asLine(diagnostic));
+        writeText(stderr, asLine(diagnostic) + '\n');
         reasonKnown = reasonKnown || diagnostic.severity == app::BuildDiagnostic::Severity::Error;
     }
     if (!reasonKnown)
@@ -58,7 +47,7 @@ int buildProject(const app::AppOptions& options, const TerminationSignals& termi
     removeMovedBuildTree(builder.buildDir());
     const auto tell = [&options](const QString& line) {
         if (!options.quiet)
-            write(stdout, line);
+            writeText(stdout, line + '\n');
     };
     tell(QString("Building %1").arg(QDir::toNativeSeparators(builder.scriptsDir())));
 
@@ -73,7 +62,7 @@ int buildProject(const app::AppOptions& options, const TerminationSignals& termi
     const bool ok = builder.buildBlocking(&output, static_cast<int>(limit));
     const double seconds = static_cast<double>(clock.elapsed()) / 1000.0;
     if (termination.exitStatus() != 0) {
-        write(stderr, "tarvik-editor: the build was interrupted");
+        fail(ExitStatus::Failed, "the build was interrupted");
         return termination.exitStatus();
     }
     if (!finished)

@@ -1,6 +1,7 @@
 #include "CommandLine.hpp"
 
 #include <tarvik/core/LogSink.hpp>
+#include <tarvik/project/Project.hpp>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -12,17 +13,18 @@
 namespace tarvik::editor {
 namespace {
 
-const char* const kDescription = R"(Opens a Tarvik project in the editor, plays it, or builds its behaviours.
+const char* const kDescription =
+    R"(Opens a Tarvik project in the editor, plays it, builds its behaviours or exports it.
 
 Without a project the editor shows the recent ones. With --frames, --screenshot or both it works on its own:
-nothing is asked, a failure is a line on standard error, and the program quits by itself. With --build it needs
-no display: what the compilers complain about goes to standard error.)";
+nothing is asked, a failure is a line on standard error, and the program quits by itself. With --build or --export
+it needs no display: what the compilers complain about goes to standard error.)";
 
 const char* const kExitStatuses = R"(
 Exit status:
   0  all went well
-  1  the project, its scene, the build, the rendering or a file to be written failed; the reason is on standard
-     error
+  1  the project, its scene, the build, the export, the rendering or a file to be written failed; the reason is
+     on standard error
   2  the command line is wrong
   3  the time limit passed
   128 and the number of the signal that ended the program
@@ -38,9 +40,9 @@ const std::array kShowingOptions{"new",        "scene",  "play",       "fullscre
                                  "look-at",    "still",  "grid",       "vsync",      "gpu",  "list-gpus",
                                  "validation", "frames", "screenshot", "stats"};
 
-// Taken from the command line by Qt only later, when the application object with windows is made.
-const std::array kQtOptions{"platform",
-                            "platformpluginpath",
+// Taken from the command line by Qt only later, when the application object with windows is made. Two more,
+// "platform" and "name", are ours where nothing but an export is wanted.
+const std::array kQtOptions{"platformpluginpath",
                             "platformtheme",
                             "plugin",
                             "qwindowgeometry",
@@ -51,7 +53,6 @@ const std::array kQtOptions{"platform",
                             "display",
                             "geometry",
                             "session",
-                            "name",
                             "title",
                             "icon"};
 
@@ -68,6 +69,13 @@ void describeOptions(QCommandLineParser& parser) {
         {"scene", "Show this scene of the project instead of its default scene.", "FILE"},
         {"play", "Play the project: the game alone, no editor around it."},
         {"build", "Build the project's behaviours without a window and quit."},
+        {"export",
+         "Export the game without a window to DIR, a new or empty folder, and quit; builds the behaviours "
+         "first.",
+         "DIR"},
+        {"platform", "With --export: the platform to export for, for example windows-x64; else this one.",
+         "ID"},
+        {"name", "With --export: the game's name; else the project's.", "NAME"},
         {"fullscreen", "Fill the screen."},
         {"size", "Size of the window, for example 1280x800.", "WxH"},
         {"camera", "Where the camera stands, in metres, for example 4,2,6.", "X,Y,Z"},
@@ -153,6 +161,10 @@ std::optional<QString> parseText(const QString& text) {
     return text.isEmpty() ? std::nullopt : std::optional(text);
 }
 
+std::optional<QString> parseGameName(const QString& text) {
+    return Project::isValidName(text.toStdString()) ? std::optional(text) : std::nullopt;
+}
+
 // A point stays text in the options; here it is only looked at.
 std::optional<QString> parsePointText(const QString& text) {
     return parsePoint(text) ? std::optional(text) : std::nullopt;
@@ -215,8 +227,27 @@ void readValues(ValueReader& reader, app::AppOptions& options) {
     std::tie(options.windowWidth, options.windowHeight) = size;
 }
 
+void readExport(ValueReader& reader, const QCommandLineParser& parser, ExportChoice& exporting) {
+    if (!parser.isSet("export"))
+        return;
+    reader.read("export", "a folder", parseText, exporting.destination);
+    reader.read("platform", "a platform", parseText, exporting.platform);
+    reader.read("name", "a name of up to 64 letters, digits, spaces, '-' and '_'", parseGameName,
+                exporting.name);
+}
+
+// What shows nothing goes with nothing that is shown.
+void refuseShowing(ValueReader& reader, const QCommandLineParser& parser, const char* alone) {
+    for (const char* option : kShowingOptions) {
+        if (parser.isSet(alone) && parser.isSet(option))
+            reader.complain(QString("--%1 shows nothing: it does not go with --%2").arg(alone, option));
+    }
+}
+
 // What the options must agree on, whatever each one says.
-void checkTogether(ValueReader& reader, app::AppOptions& options, bool projectNamed) {
+void checkTogether(ValueReader& reader, CommandLine& commandLine, bool projectNamed) {
+    app::AppOptions& options = commandLine.options;
+    const bool exporting = !commandLine.exporting.destination.isEmpty();
     const bool anyProject = !options.projectDir.isEmpty() || !options.newProjectName.isEmpty();
     const qsizetype folders = projectNamed ? 0 : 1;
     if (options.arguments.size() > folders)
@@ -227,6 +258,8 @@ void checkTogether(ValueReader& reader, app::AppOptions& options, bool projectNa
         reader.complain("--play needs a project: name its folder with --project");
     if (!anyProject && options.build)
         reader.complain("--build needs a project: name its folder with --project");
+    if (!anyProject && exporting)
+        reader.complain("--export needs a project: name its folder with --project");
     if (!anyProject && (options.frames > 0 || !options.screenshotFile.isEmpty()))
         reader.complain("--frames and --screenshot need a project: name its folder with --project");
     if (!options.cameraEye.isEmpty() && parsePoint(options.cameraEye) == parsePoint(options.cameraTarget))
@@ -252,7 +285,7 @@ std::optional<glm::vec3> parsePoint(const QString& text) {
     return point;
 }
 
-std::expected<app::AppOptions, CommandLineStop> parseCommandLine(const QStringList& arguments) {
+std::expected<CommandLine, CommandLineStop> parseCommandLine(const QStringList& arguments) {
     const auto usage = [](const QString& problem) {
         return std::unexpected(CommandLineStop{
             ExitStatus::Usage, QString("tarvik-editor: %1\nSee tarvik-editor --help.\n").arg(problem)});
@@ -269,7 +302,8 @@ std::expected<app::AppOptions, CommandLineStop> parseCommandLine(const QStringLi
             ExitStatus::Done, QString("tarvik-editor %1\n").arg(QCoreApplication::applicationVersion())});
     }
 
-    app::AppOptions options;
+    CommandLine commandLine;
+    app::AppOptions& options = commandLine.options;
     ValueReader reader(parser);
     readValues(reader, options);
     options.play = parser.isSet("play");
@@ -279,17 +313,16 @@ std::expected<app::AppOptions, CommandLineStop> parseCommandLine(const QStringLi
     options.listGpus = parser.isSet("list-gpus");
     options.arguments = parser.positionalArguments();
     options.build = parser.isSet("build");
-    for (const char* option : kShowingOptions) {
-        if (options.build && parser.isSet(option))
-            reader.complain(QString("--build shows nothing: it does not go with --%1").arg(option));
-    }
+    readExport(reader, parser, commandLine.exporting);
+    refuseShowing(reader, parser, "build");
+    refuseShowing(reader, parser, "export");
     const bool projectNamed = parser.isSet("project");
     if (!projectNamed && !options.arguments.isEmpty())
         options.projectDir = options.arguments.front();
-    checkTogether(reader, options, projectNamed);
+    checkTogether(reader, commandLine, projectNamed);
     if (!reader.problem().isEmpty())
         return usage(reader.problem());
-    return options;
+    return commandLine;
 }
 
 } // namespace tarvik::editor

@@ -1,6 +1,7 @@
 #include "BuildCommand.hpp"
 #include "CommandLine.hpp"
 #include "EditorStyle.hpp"
+#include "ExportCommand.hpp"
 #include "LogFileSink.hpp"
 #include "MainWindow.hpp"
 #include "PlayWindow.hpp"
@@ -30,7 +31,7 @@ int say(ExitStatus status, const QString& text) {
     return static_cast<int>(status);
 }
 
-std::expected<app::AppOptions, CommandLineStop> readCommandLine(int argc, char** argv) {
+std::expected<CommandLine, CommandLineStop> readCommandLine(int argc, char** argv) {
     // Without windows: the command line is understood where there is no display.
     const QCoreApplication application(argc, argv);
     return parseCommandLine(QCoreApplication::arguments());
@@ -72,10 +73,15 @@ int run(int argc, char** argv, app::AppOptions options, const QElapsedTimer& sin
     return termination.exitStatus() != 0 ? termination.exitStatus() : status;
 }
 
-int build(int argc, char** argv, const app::AppOptions& options) {
+bool isExport(const CommandLine& commandLine) {
+    return !commandLine.exporting.destination.isEmpty();
+}
+
+int runWithoutWindow(int argc, char** argv, const CommandLine& commandLine) {
     const QCoreApplication application(argc, argv);
     const TerminationSignals termination;
-    return buildProject(options, termination);
+    return isExport(commandLine) ? exportProject(commandLine, termination)
+                                 : buildProject(commandLine.options, termination);
 }
 
 } // namespace
@@ -87,22 +93,24 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName("tarvik-editor");
     QCoreApplication::setApplicationVersion(TARVIK_VERSION);
 
-    const auto options = readCommandLine(argc, argv);
-    if (!options)
-        return say(options.error().status, options.error().text);
+    const auto commandLine = readCommandLine(argc, argv);
+    if (!commandLine)
+        return say(commandLine.error().status, commandLine.error().text);
+    const app::AppOptions& options = commandLine->options;
+    const bool windowless = options.build || isExport(*commandLine);
 
     Logger& logger = Logger::instance();
-    logger.setThreshold(static_cast<LogLevel>(options->logLevel));
-    // What is to be said of a build, the command says itself.
-    if (!options->quiet && !options->build)
+    logger.setThreshold(static_cast<LogLevel>(options.logLevel));
+    // What is to be said of a build or an export, the command says itself.
+    if (!options.quiet && !windowless)
         logger.addSink(std::make_shared<ConsoleSink>());
-    if (!options->logFile.isEmpty()) {
-        auto sink = std::make_shared<LogFileSink>(options->logFile);
+    if (!options.logFile.isEmpty()) {
+        auto sink = std::make_shared<LogFileSink>(options.logFile);
         if (!sink->problem().isEmpty())
             return say(ExitStatus::Failed, QString("tarvik-editor: %1\n").arg(sink->problem()));
         logger.addSink(std::move(sink));
     }
-    if (options->build)
-        return build(argc, argv, *options);
-    return options->listGpus ? listGpus() : run(argc, argv, *options, sinceStart);
+    if (windowless)
+        return runWithoutWindow(argc, argv, *commandLine);
+    return options.listGpus ? listGpus() : run(argc, argv, options, sinceStart);
 }

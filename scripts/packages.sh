@@ -11,7 +11,7 @@ declare -A groups=(
     [headless]="xvfb mesa-vulkan-drivers"
     [test]="libgtest-dev vulkan-validationlayers vulkan-tools weston sway grim imagemagick xdotool
             g++-mingw-w64-x86-64-posix wine64 wine"
-    [bench]="libbenchmark-dev libspdlog-dev valgrind"
+    [bench]="libbenchmark-dev libspdlog-dev strace valgrind"
     [quality]="git clang-format clang-tidy-19 shellcheck"
 )
 
