@@ -4,6 +4,7 @@
 #include "Controls.hpp"
 #include "DisplayText.hpp"
 #include "GameActions.hpp"
+#include "Hub.hpp"
 #include "LogPanel.hpp"
 #include "NewBehaviourDialog.hpp"
 #include "NewProjectDialog.hpp"
@@ -11,7 +12,7 @@
 #include "ProjectBuild.hpp"
 #include "SceneTree.hpp"
 #include "Session.hpp"
-#include "StartPage.hpp"
+#include "ThumbnailWriter.hpp"
 #include "ViewportPane.hpp"
 
 #include <tarvik/app/AppContext.hpp>
@@ -33,11 +34,14 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 
+#include <ranges>
+
 namespace tarvik::editor {
 namespace {
 
 constexpr int kLayoutVersion = 1;
 constexpr int kMessageMs = 10'000;
+constexpr int kRecentShown = 12; // in the menu; the hub has all
 const char* const kGeometryKey = "mainWindow/geometry";
 const char* const kLayoutKey = "mainWindow/layout";
 
@@ -48,16 +52,18 @@ MainWindow::MainWindow(Session& session)
       client_(session.options()),
       runner_(session, *this),
       pages_(new QStackedWidget),
-      startPage_(new StartPage),
+      hub_(new Hub),
       pane_(new ViewportPane(client_)),
       pictures_(new PictureSaver(*this, *pane_)) {
-    pages_->addWidget(startPage_);
+    pages_->addWidget(hub_);
     pages_->addWidget(pane_);
     setCentralWidget(pages_);
-    connect(startPage_, &StartPage::newRequested, this, &MainWindow::askForNewProject);
-    connect(startPage_, &StartPage::openRequested, this, &MainWindow::askForProject);
-    connect(startPage_, &StartPage::projectChosen, this, &MainWindow::open);
-    connect(startPage_, &StartPage::removalRequested, this, &MainWindow::forget);
+    connect(hub_, &Hub::newRequested, this, &MainWindow::askForNewProject);
+    connect(hub_, &Hub::openRequested, this, &MainWindow::askForProject);
+    connect(hub_, &Hub::projectChosen, this, &MainWindow::open);
+    connect(hub_, &Hub::removalRequested, this, &MainWindow::forget);
+    connect(hub_, &Hub::restoreRequested, this, &MainWindow::remember);
+    connect(hub_, &Hub::located, this, &MainWindow::relocate);
 
     createDocks();
     createFileMenu();
@@ -102,7 +108,7 @@ void MainWindow::start() {
         const auto folder = options.projectDir.isEmpty()
                                 ? paths::defaultProjectsDir() / app::toPath(options.newProjectName)
                                 : app::toPath(options.projectDir);
-        create(app::toQString(folder), options.newProjectName);
+        create(app::toQString(folder), options.newProjectName, ProjectTemplate::Empty);
     } else if (!options.projectDir.isEmpty()) {
         open(options.projectDir);
     }
@@ -138,7 +144,8 @@ void MainWindow::createDocks() {
 
 void MainWindow::createFileMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
-    menu->addAction(tr("&New Project…"), QKeySequence::New, this, &MainWindow::askForNewProject);
+    menu->addAction(tr("&New Project…"), QKeySequence::New, this,
+                    [this] { askForNewProject(ProjectTemplate::Empty); });
     menu->addAction(tr("&Open Project…"), QKeySequence::Open, this, &MainWindow::askForProject);
     QMenu* recent = menu->addMenu(tr("Open &Recent"));
     connect(recent, &QMenu::aboutToShow, this, [this, recent] { fillRecentMenu(*recent); });
@@ -225,6 +232,7 @@ void MainWindow::restoreWindowState() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+    saveThumbnail();
     if (!session_.isUnattended()) {
         QSettings settings;
         settings.setValue(kGeometryKey, saveGeometry());
@@ -247,6 +255,7 @@ void MainWindow::load(const QString& folder, const QString& scene, Viewpoint vie
             showStartPage();
         return;
     }
+    saveThumbnail();
     const OpenedProject& current = project_.emplace(*std::move(opened));
     app::AppContext& context = session_.context();
     context.registry.touch(current.project.rootDir(), current.project.name());
@@ -269,8 +278,8 @@ void MainWindow::openScene(const QString& file) {
     showProject(*project_, Viewpoint::New);
 }
 
-void MainWindow::create(const QString& folder, const QString& name) {
-    if (const auto created = Project::create(app::toPath(folder), name.toStdString()); created)
+void MainWindow::create(const QString& folder, const QString& name, ProjectTemplate start) {
+    if (const auto created = createProject(app::toPath(folder), name, start); created)
         open(folder);
     else
         session_.reportFailure(this, QString::fromStdString(created.error().message));
@@ -282,12 +291,18 @@ void MainWindow::reload() {
 }
 
 void MainWindow::closeProject() {
+    saveThumbnail();
     stopRendering();
     closeBuild();
     project_.reset();
     client_.setScene(nullptr);
     sceneTree_->setScene(nullptr);
     showStartPage();
+}
+
+void MainWindow::saveThumbnail() {
+    if (project_ && !session_.isUnattended())
+        writeThumbnail(pane_->viewport(), project_->project.rootDir());
 }
 
 void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) {
@@ -308,17 +323,16 @@ void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) 
 
 void MainWindow::showStartPage() {
     app::AppContext& context = session_.context();
-    context.registry.refreshMissing();
-    startPage_->setProjects(context.registry.projects());
+    hub_->setProjects(context.registry.projects());
     QStringList notices;
     for (const app::UiLogEntry& entry : context.logBridge->history()) {
         if (entry.category == "Hub" && entry.level >= LogLevel::Warn)
             notices += oneLine(entry.message);
     }
     notices.removeDuplicates();
-    startPage_->setNotice(notices.join('\n'));
+    hub_->setNotice(notices.join('\n'));
     setDocksAvailable(false);
-    pages_->setCurrentWidget(startPage_);
+    pages_->setCurrentWidget(hub_);
     updateTitle();
 }
 
@@ -331,29 +345,51 @@ void MainWindow::askForProject() {
     dialog->open();
 }
 
-void MainWindow::askForNewProject() {
-    auto* dialog = new NewProjectDialog(this);
+void MainWindow::askForNewProject(ProjectTemplate start) {
+    auto* dialog = new NewProjectDialog(start, this);
     connect(dialog, &NewProjectDialog::projectRequested, this, &MainWindow::create);
     dialog->open();
 }
 
 void MainWindow::fillRecentMenu(QMenu& menu) {
     menu.clear();
-    for (const RecentProject& recent : session_.context().registry.projects()) {
+    for (const RecentProject& recent :
+         session_.context().registry.projects() | std::views::take(kRecentShown)) {
+        const bool missing = hub_->isMissing(recent.path);
         const QString folder = app::toQString(recent.path);
         const QString text = oneLine(QString::fromStdString(recent.name) + " – " + folder).replace('&', "&&");
-        QAction* action = menu.addAction(recent.missing ? tr("%1 (missing)").arg(text) : text);
-        action->setEnabled(!recent.missing);
+        QAction* action = menu.addAction(missing ? tr("%1 (missing)").arg(text) : text);
+        action->setEnabled(!missing);
         connect(action, &QAction::triggered, this, [this, folder] { open(folder); });
     }
     if (menu.isEmpty())
         menu.addAction(tr("No Recent Projects"))->setEnabled(false);
 }
 
-void MainWindow::forget(const QString& folder) {
-    app::AppContext& context = session_.context();
-    context.registry.remove(app::toPath(folder));
-    context.saveRecentProjects();
+void MainWindow::forget(const RecentProject& project) {
+    session_.context().registry.remove(project.path);
+    showRecent();
+}
+
+void MainWindow::remember(const RecentProject& project) {
+    session_.context().registry.put(project);
+    showRecent();
+}
+
+void MainWindow::relocate(const RecentProject& project, const QString& folder) {
+    const auto found = Project::open(app::toPath(folder));
+    if (!found) {
+        session_.reportFailure(this, QString::fromStdString(found.error().message));
+        return;
+    }
+    ProjectRegistry& registry = session_.context().registry;
+    registry.remove(project.path);
+    registry.put({found->rootDir(), found->name(), project.lastOpenedUnix});
+    showRecent();
+}
+
+void MainWindow::showRecent() {
+    session_.context().saveRecentProjects();
     showStartPage();
 }
 

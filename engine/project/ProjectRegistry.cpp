@@ -242,10 +242,9 @@ void ProjectRegistry::put(RecentProject project) {
     std::erase_if(state_->projects, [&](const RecentProject& each) { return each.path == project.path; });
     state_->touched.insert(project.path);
     state_->removed.erase(project.path);
-    const auto older =
-        std::ranges::find_if(state_->projects, [&](const RecentProject& each) {
-            return each.lastOpenedUnix <= project.lastOpenedUnix;
-        });
+    const auto older = std::ranges::find_if(state_->projects, [&](const RecentProject& each) {
+        return each.lastOpenedUnix <= project.lastOpenedUnix;
+    });
     state_->projects.insert(older, std::move(project));
 }
 
