@@ -30,7 +30,9 @@ namespace {
 constexpr int kLogo = 40;
 constexpr int kPictogram = 48;
 constexpr int kTextWidth = 420;
-constexpr int kShownName = 40; // letters of a name within a sentence
+constexpr int kSearchWidth = 260;
+constexpr int kBesideCards = 28; // their gap and the scroll bar
+constexpr int kShownName = 40;   // letters of a name within a sentence
 
 QString shortName(const RecentProject& project) {
     const QString name = oneLine(QString::fromStdString(project.name));
@@ -63,6 +65,8 @@ QWidget* message(const QString& icon, QLabel* title, QLabel* text, const QList<Q
     styleText(*text, TextRole::Muted);
     text->setAlignment(Qt::AlignCenter);
     text->setFixedWidth(kTextWidth);
+    // A column does not ask a centred label how high it becomes by wrapping.
+    text->setMinimumHeight(std::max(text->heightForWidth(kTextWidth), 2 * text->fontMetrics().lineSpacing()));
     rows->addWidget(text, 0, Qt::AlignHCenter);
     auto* row = new QHBoxLayout;
     row->setContentsMargins(0, 10, 0, 0);
@@ -100,10 +104,10 @@ QWidget* Hub::createGreeting() {
     auto* title = plainLabel(tr("Tarvik"));
     styleText(*title, TextRole::Heading);
 
-    create_ = button(tr("&New Project…"), "plus");
+    create_ = button(tr("&New Project…"));
     create_->setProperty("accent", true);
     connect(create_, &QPushButton::clicked, this, [this] { Q_EMIT newRequested(ProjectTemplate::Empty); });
-    auto* open = button(tr("&Open Project…"), "open");
+    auto* open = button(tr("&Open Project…"));
     connect(open, &QPushButton::clicked, this, &Hub::openRequested);
 
     auto* layout = new QVBoxLayout(greeting);
@@ -133,7 +137,7 @@ QWidget* Hub::createRecent() {
     search_->setAccessibleName(tr("Search the recent projects"));
     search_->setClearButtonEnabled(true);
     search_->addAction(app::theme::icon("search"), QLineEdit::LeadingPosition);
-    search_->setMaximumWidth(320);
+    search_->setFixedWidth(kSearchWidth);
 
     grid_ = new ProjectGrid;
     grid_->setAccessibleName(tr("Recent projects"));
@@ -163,7 +167,7 @@ QWidget* Hub::createRecent() {
 
     caption_ = new QWidget;
     auto* caption = new QHBoxLayout(caption_);
-    caption->setContentsMargins(0, 0, 26, 0); // the cards' gap and the scroll bar
+    caption->setContentsMargins(0, 0, kBesideCards, 0);
     caption->addWidget(heading);
     caption->addWidget(search_, 1, Qt::AlignRight);
 
@@ -218,7 +222,7 @@ QWidget* Hub::createUndoBar() {
     undoBar_ = new QWidget;
     connect(close, &QToolButton::clicked, undoBar_, &QWidget::hide);
     auto* row = new QHBoxLayout(undoBar_);
-    row->setContentsMargins(0, 0, 26, 0);
+    row->setContentsMargins(0, 0, kBesideCards, 0);
     row->addWidget(undoText_, 1);
     row->addWidget(undo);
     row->addWidget(close);

@@ -68,8 +68,10 @@ public:
         box_.setTop(box_.top() + metrics.height() + kLineGap);
     }
 
-    void addIcon(const QIcon& icon) {
-        icon.paint(&painter_, QRect(box_.topLeft(), QSize(kIcon, kIcon)));
+    // Before a line of text.
+    void addIcon(const QIcon& icon, const QFont& font) {
+        const int lower = (QFontMetrics(font).height() - kIcon) / 2;
+        icon.paint(&painter_, QRect(box_.left(), box_.top() + lower, kIcon, kIcon));
         box_.setLeft(box_.left() + kIcon + kPadding / 2);
     }
 
@@ -118,7 +120,7 @@ void ProjectCard::paint(QPainter* painter, const QStyleOptionViewItem& option,
     if (index.data(ProjectModel::AwaitedRole).toBool()) {
         lines.add(tr("Waiting for its folder…"), option.font, muted, Qt::ElideRight);
     } else if (missing) {
-        lines.addIcon(app::theme::icon("warning"));
+        lines.addIcon(app::theme::icon("warning"), option.font);
         lines.add(tr("Folder not found"), option.font, logLevelColour(LogLevel::Warn), Qt::ElideRight);
     } else {
         lines.add(index.data(ProjectModel::OpenedRole).toString(), option.font, muted, Qt::ElideRight);

@@ -128,7 +128,22 @@ TEST_F(ProgramTest, WritesThePictureAndTheStatisticsOfAGoodProject) {
         EXPECT_FALSE(ended.errors.contains("warn")) << ended.errors;
         EXPECT_GT(redShare(), 1.0 / 30);
         EXPECT_GE(readJsonFile(path("s.json")).value()["frames"], 3);
+        EXPECT_FALSE(fs::exists(path("project/Saved/Thumbnail.png"))) << "nobody closed it";
     }
+}
+
+TEST_F(ProgramTest, LeavesThePictureOfTheProjectWhenItIsClosed) {
+    makeRedBoxProject(path("project"));
+    const QString picture = QString::fromStdString(path("project/Saved/Thumbnail.png"));
+    QProcess program;
+    start(program, {path("project"), "--still", "--camera", "0,0,2", "--look-at", "0,0,0"});
+    QByteArray log;
+    while (!log.contains("opened") && program.waitForReadyRead())
+        log += program.readAllStandardError();
+    program.terminate();
+    EXPECT_EQ(end(program).status, 128 + SIGTERM);
+    EXPECT_EQ(QImage(picture).size(), QSize(640, 400));
+    EXPECT_GT(QImage(picture).pixelColor(320, 200).red(), 60);
 }
 
 TEST_F(ProgramTest, TheSampleOpensWithoutAComplaint) {
