@@ -32,6 +32,7 @@ constexpr int kPictogram = 48;
 constexpr int kTextWidth = 420;
 constexpr int kSearchWidth = 260;
 constexpr int kBesideCards = 28; // their gap and the scroll bar
+constexpr QSize kNoRoom(1, 1); // all of it is for the docks beside another page
 constexpr int kShownName = 40;   // letters of a name within a sentence
 
 QString shortName(const RecentProject& project) {
@@ -96,6 +97,7 @@ Hub::Hub(ProjectInspector::Inspect inspect, QWidget* parent)
     page->addWidget(createGreeting());
     page->addWidget(createRecent(), 1);
     createMenu();
+    setMinimumSize(kNoRoom);
 }
 
 QWidget* Hub::createGreeting() {
@@ -265,6 +267,7 @@ bool Hub::isMissing(const std::filesystem::path& folder) const {
 
 void Hub::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
+    setMinimumSize({}); // what the layout needs
     if (pages_->currentWidget() == grid_)
         grid_->setFocus();
     else
@@ -276,6 +279,7 @@ void Hub::hideEvent(QHideEvent* event) {
     model_.setAwaited({});
     undoBar_->hide();
     search_->clear();
+    setMinimumSize(kNoRoom);
     QWidget::hideEvent(event);
 }
 
