@@ -52,13 +52,20 @@ QLinearGradient coloursOf(const QString& name, const QSize& size) {
 
 } // namespace
 
-QPixmap projectThumbnail(const QString& root, const QString& name, const QSize& size) {
+QImage projectThumbnailImage(const QString& root, const QSize& size) {
     const QImage picture = readPicture(root + "/Saved/Thumbnail.png");
     if (picture.isNull() || size.isEmpty())
-        return placeholderThumbnail(name, size);
-    return QPixmap::fromImage(withoutUnseenParts(picture, size))
+        return {};
+    return withoutUnseenParts(picture, size)
+        .convertToFormat(picture.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
+                                                   : QImage::Format_RGB32)
         .scaled(size, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation)
         .copy(QRect(QPoint(), size));
+}
+
+QPixmap projectThumbnail(const QString& root, const QString& name, const QSize& size) {
+    const QImage picture = projectThumbnailImage(root, size);
+    return picture.isNull() ? placeholderThumbnail(name, size) : QPixmap::fromImage(picture);
 }
 
 QPixmap placeholderThumbnail(const QString& name, const QSize& size) {

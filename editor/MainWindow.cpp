@@ -5,6 +5,7 @@
 #include "DisplayText.hpp"
 #include "GameActions.hpp"
 #include "GpuList.hpp"
+#include "Hub.hpp"
 #include "Inspector.hpp"
 #include "LogPanel.hpp"
 #include "NewBehaviourDialog.hpp"
@@ -14,8 +15,8 @@
 #include "ProjectBuild.hpp"
 #include "SceneTree.hpp"
 #include "Session.hpp"
-#include "StartPage.hpp"
 #include "StatusDisplay.hpp"
+#include "ThumbnailWriter.hpp"
 #include "ViewportPane.hpp"
 
 #include <tarvik/app/AppContext.hpp>
@@ -41,11 +42,14 @@
 #include <QStatusBar>
 #include <QToolBar>
 
+#include <ranges>
+
 namespace tarvik::editor {
 namespace {
 
 constexpr int kLayoutVersion = 2;
 constexpr int kMessageMs = 10'000;
+constexpr int kRecentShown = 12; // in the menu; the hub has all
 const char* const kGeometryKey = "mainWindow/geometry";
 const char* const kLayoutKey = "mainWindow/layout";
 
@@ -60,17 +64,19 @@ MainWindow::MainWindow(Session& session)
       client_(session.options()),
       runner_(session, *this),
       pages_(new QStackedWidget(this)),
-      startPage_(new StartPage(pages_)),
+      hub_(new Hub(inspectProject, pages_)),
       status_(std::make_unique<StatusDisplay>(*statusBar())),
       pane_(new ViewportPane(client_, pages_)),
       pictures_(new PictureSaver(*this, *pane_)) {
-    pages_->addWidget(startPage_);
+    pages_->addWidget(hub_);
     pages_->addWidget(pane_);
     setCentralWidget(pages_);
-    connect(startPage_, &StartPage::newRequested, this, &MainWindow::askForNewProject);
-    connect(startPage_, &StartPage::openRequested, this, &MainWindow::askForProject);
-    connect(startPage_, &StartPage::projectChosen, this, &MainWindow::open);
-    connect(startPage_, &StartPage::removalRequested, this, &MainWindow::forget);
+    connect(hub_, &Hub::newRequested, this, &MainWindow::askForNewProject);
+    connect(hub_, &Hub::openRequested, this, &MainWindow::askForProject);
+    connect(hub_, &Hub::projectChosen, this, &MainWindow::open);
+    connect(hub_, &Hub::removalRequested, this, &MainWindow::forget);
+    connect(hub_, &Hub::restoreRequested, this, &MainWindow::remember);
+    connect(hub_, &Hub::located, this, &MainWindow::relocate);
 
     createDocks();
     createFileMenu();
@@ -116,7 +122,7 @@ void MainWindow::start() {
     if (!options.newProjectName.isEmpty()) {
         const auto folder = options.projectDir.isEmpty() ? projectsDir() / app::toPath(options.newProjectName)
                                                          : app::toPath(options.projectDir);
-        create(app::toQString(folder), options.newProjectName);
+        create(app::toQString(folder), options.newProjectName, ProjectTemplate::Empty);
     } else if (!options.projectDir.isEmpty()) {
         open(options.projectDir);
     }
@@ -152,7 +158,8 @@ void MainWindow::createDocks() {
 
 void MainWindow::createFileMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
-    menu->addAction(tr("&New Project…"), QKeySequence::New, this, &MainWindow::askForNewProject);
+    menu->addAction(tr("&New Project…"), QKeySequence::New, this,
+                    [this] { askForNewProject(ProjectTemplate::Empty); });
     menu->addAction(tr("&Open Project…"), QKeySequence::Open, this, &MainWindow::askForProject);
     QMenu* recent = menu->addMenu(tr("Open &Recent"));
     connect(recent, &QMenu::aboutToShow, this, [this, recent] { fillRecentMenu(*recent); });
@@ -250,6 +257,7 @@ void MainWindow::restoreWindowState() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+    saveThumbnail();
     if (!session_.isUnattended()) {
         QSettings settings;
         settings.setValue(kGeometryKey, saveGeometry());
@@ -272,6 +280,7 @@ void MainWindow::load(const QString& folder, const QString& scene, Viewpoint vie
             showStartPage();
         return;
     }
+    saveThumbnail();
     delete findChild<app::ProjectSettingsDialog*>(); // it edits the project that goes
     const OpenedProject& current = project_.emplace(*std::move(opened));
     app::AppContext& context = session_.context();
@@ -295,8 +304,8 @@ void MainWindow::openScene(const QString& file) {
     showProject(*project_, Viewpoint::New);
 }
 
-void MainWindow::create(const QString& folder, const QString& name) {
-    if (const auto created = Project::create(app::toPath(folder), name.toStdString()); created)
+void MainWindow::create(const QString& folder, const QString& name, ProjectTemplate start) {
+    if (const auto created = createProject(app::toPath(folder), name, start); created)
         open(folder);
     else
         session_.reportFailure(this, QString::fromStdString(created.error().message));
@@ -308,6 +317,7 @@ void MainWindow::reload() {
 }
 
 void MainWindow::closeProject() {
+    saveThumbnail();
     stopRendering();
     closeBuild();
     project_.reset();
@@ -315,6 +325,11 @@ void MainWindow::closeProject() {
     sceneTree_->setScene(nullptr);
     inspector_->setScene(nullptr);
     showStartPage();
+}
+
+void MainWindow::saveThumbnail() {
+    if (project_ && !session_.isUnattended())
+        writeThumbnail(pane_->viewport(), project_->project.rootDir());
 }
 
 void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) {
@@ -336,17 +351,16 @@ void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) 
 
 void MainWindow::showStartPage() {
     app::AppContext& context = session_.context();
-    context.registry.refreshMissing();
-    startPage_->setProjects(context.registry.projects());
+    hub_->setProjects(context.registry.projects());
     QStringList notices;
     for (const app::UiLogEntry& entry : context.logBridge->history()) {
         if (entry.category == "Hub" && entry.level >= LogLevel::Warn)
             notices += oneLine(entry.message);
     }
     notices.removeDuplicates();
-    startPage_->setNotice(notices.join('\n'));
+    hub_->setNotice(notices.join('\n'));
     setDocksAvailable(false);
-    pages_->setCurrentWidget(startPage_);
+    pages_->setCurrentWidget(hub_);
     updateTitle();
 }
 
@@ -359,8 +373,8 @@ void MainWindow::askForProject() {
     dialog->open();
 }
 
-void MainWindow::askForNewProject() {
-    auto* dialog = new NewProjectDialog(this);
+void MainWindow::askForNewProject(ProjectTemplate start) {
+    auto* dialog = new NewProjectDialog(start, this);
     connect(dialog, &NewProjectDialog::projectRequested, this, &MainWindow::create);
     dialog->open();
 }
@@ -388,21 +402,43 @@ void MainWindow::askForPreferences() {
 
 void MainWindow::fillRecentMenu(QMenu& menu) {
     menu.clear();
-    for (const RecentProject& recent : session_.context().registry.projects()) {
+    for (const RecentProject& recent :
+         session_.context().registry.projects() | std::views::take(kRecentShown)) {
+        const bool missing = hub_->isMissing(recent.path);
         const QString folder = app::toQString(recent.path);
         const QString text = oneLine(QString::fromStdString(recent.name) + " – " + folder).replace('&', "&&");
-        QAction* action = menu.addAction(recent.missing ? tr("%1 (missing)").arg(text) : text);
-        action->setEnabled(!recent.missing);
+        QAction* action = menu.addAction(missing ? tr("%1 (missing)").arg(text) : text);
+        action->setEnabled(!missing);
         connect(action, &QAction::triggered, this, [this, folder] { open(folder); });
     }
     if (menu.isEmpty())
         menu.addAction(tr("No Recent Projects"))->setEnabled(false);
 }
 
-void MainWindow::forget(const QString& folder) {
-    app::AppContext& context = session_.context();
-    context.registry.remove(app::toPath(folder));
-    context.saveRecentProjects();
+void MainWindow::forget(const RecentProject& project) {
+    session_.context().registry.remove(project.path);
+    showRecent();
+}
+
+void MainWindow::remember(const RecentProject& project) {
+    session_.context().registry.put(project);
+    showRecent();
+}
+
+void MainWindow::relocate(const RecentProject& project, const QString& folder) {
+    const auto found = Project::open(app::toPath(folder));
+    if (!found) {
+        session_.reportFailure(this, QString::fromStdString(found.error().message));
+        return;
+    }
+    ProjectRegistry& registry = session_.context().registry;
+    registry.remove(project.path);
+    registry.put({found->rootDir(), found->name(), project.lastOpenedUnix});
+    showRecent();
+}
+
+void MainWindow::showRecent() {
+    session_.context().saveRecentProjects();
     showStartPage();
 }
 

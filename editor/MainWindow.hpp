@@ -2,7 +2,10 @@
 
 #include "GameRunner.hpp"
 #include "OpenedProject.hpp"
+#include "ProjectTemplate.hpp"
 #include "SceneViewClient.hpp"
+
+#include <tarvik/project/ProjectRegistry.hpp>
 
 #include <QMainWindow>
 
@@ -19,17 +22,17 @@ namespace tarvik::editor {
 
 class BuildPanel;
 class GameActions;
+class Hub;
 class Inspector;
 class LogPanel;
 class PictureSaver;
 class ProjectBuild;
 class SceneTree;
 class Session;
-class StartPage;
 class StatusDisplay;
 class ViewportPane;
 
-// The editor: the scene in the middle, its entities and the log around it; the start page while no project is
+// The editor: the scene in the middle, its entities and the log around it; the hub while no project is
 // open.
 class MainWindow final : public QMainWindow {
     Q_OBJECT
@@ -56,17 +59,21 @@ private:
     void open(const QString& folder);
     void load(const QString& folder, const QString& scene, Viewpoint viewpoint);
     void openScene(const QString& file);
-    void create(const QString& folder, const QString& name);
+    void create(const QString& folder, const QString& name, ProjectTemplate start);
     void reload();
     void closeProject();
+    void saveThumbnail();
     void showProject(const OpenedProject& project, Viewpoint viewpoint);
     void showStartPage();
     void askForProject();
-    void askForNewProject();
+    void askForNewProject(ProjectTemplate start);
     void askForProjectSettings();
     void askForPreferences();
     void fillRecentMenu(QMenu& menu);
-    void forget(const QString& folder);
+    void forget(const RecentProject& project);
+    void remember(const RecentProject& project);
+    void relocate(const RecentProject& project, const QString& folder);
+    void showRecent();
 
     void openBuild(const QString& root);
     void closeBuild();
@@ -90,7 +97,7 @@ private:
     GameRunner runner_;
     std::unique_ptr<GameActions> game_;
     QStackedWidget* pages_;
-    StartPage* startPage_;
+    Hub* hub_;
     std::unique_ptr<StatusDisplay> status_;
     ViewportPane* pane_;
     PictureSaver* pictures_;

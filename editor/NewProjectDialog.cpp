@@ -5,6 +5,7 @@
 #include <tarvik/app/Preferences.hpp>
 #include <tarvik/project/Project.hpp>
 
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFormLayout>
@@ -14,10 +15,11 @@
 
 namespace tarvik::editor {
 
-NewProjectDialog::NewProjectDialog(QWidget* parent)
+NewProjectDialog::NewProjectDialog(ProjectTemplate start, QWidget* parent)
     : QDialog(parent),
       name_(new QLineEdit),
       parentFolder_(new QLineEdit(app::Preferences::load().effectiveProjectsDirectory())),
+      start_(new QComboBox),
       hint_(new QLabel) {
     setWindowTitle(tr("New Project"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -29,6 +31,11 @@ NewProjectDialog::NewProjectDialog(QWidget* parent)
     place->addWidget(parentFolder_, 1);
     place->addWidget(browse);
 
+    start_->addItem(tr("An empty project"), QVariant::fromValue(ProjectTemplate::Empty));
+    start_->addItem(tr("The sample: a courtyard with a game to play"),
+                    QVariant::fromValue(ProjectTemplate::Sample));
+    start_->setCurrentIndex(start_->findData(QVariant::fromValue(start)));
+
     hint_->setTextFormat(Qt::PlainText);
     hint_->setWordWrap(true);
     hint_->setMinimumHeight(2 * fontMetrics().lineSpacing());
@@ -37,7 +44,6 @@ NewProjectDialog::NewProjectDialog(QWidget* parent)
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     create_ = buttons->addButton(tr("&Create"), QDialogButtonBox::AcceptRole);
-    create_->setDefault(true);
     create_->setProperty("accent", true);
     connect(buttons, &QDialogButtonBox::accepted, this, &NewProjectDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &NewProjectDialog::reject);
@@ -48,8 +54,10 @@ NewProjectDialog::NewProjectDialog(QWidget* parent)
     form->addRow(tr("&Name"), name_);
     form->addRow(tr("&Folder"), place);
     qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(parentFolder_);
+    form->addRow(tr("&Start from"), start_);
     form->addRow({}, hint_);
     form->addRow(buttons);
+    create_->setDefault(true); // which counts only within the dialog
     setMinimumWidth(520);
 
     connect(name_, &QLineEdit::textChanged, this, &NewProjectDialog::update);
@@ -58,7 +66,7 @@ NewProjectDialog::NewProjectDialog(QWidget* parent)
 }
 
 void NewProjectDialog::accept() {
-    Q_EMIT projectRequested(folder(), name_->text());
+    Q_EMIT projectRequested(folder(), name_->text(), start_->currentData().value<ProjectTemplate>());
     QDialog::accept();
 }
 

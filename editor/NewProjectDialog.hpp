@@ -1,23 +1,26 @@
 #pragma once
 
+#include "ProjectTemplate.hpp"
+
 #include <QDialog>
 
+class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
 
 namespace tarvik::editor {
 
-// Asks for a new project's name and place.
+// Asks for a new project's name, its place and what it starts from.
 class NewProjectDialog final : public QDialog {
     Q_OBJECT
 
 public:
-    explicit NewProjectDialog(QWidget* parent = nullptr);
+    explicit NewProjectDialog(ProjectTemplate start, QWidget* parent = nullptr);
 
 Q_SIGNALS:
     // The folder is the project's own.
-    void projectRequested(const QString& folder, const QString& name);
+    void projectRequested(const QString& folder, const QString& name, tarvik::editor::ProjectTemplate start);
 
 protected:
     void accept() override;
@@ -29,6 +32,7 @@ private:
 
     QLineEdit* name_;
     QLineEdit* parentFolder_;
+    QComboBox* start_;
     QLabel* hint_;
     QPushButton* create_;
 };

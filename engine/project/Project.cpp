@@ -167,6 +167,11 @@ std::expected<Project, Error> Project::open(const fs::path& rootDir) {
     return Project(std::move(state));
 }
 
+bool Project::isIn(const fs::path& rootDir) {
+    std::error_code error;
+    return fs::is_regular_file(rootDir / kFileName, error);
+}
+
 bool Project::isValidName(std::string_view name) {
     return !name.empty() && name.size() <= kMaxNameLength && std::ranges::all_of(name, isNameCharacter) &&
            name.front() != ' ' && name.back() != ' ' && !isDeviceOfWindows(name);

@@ -8,7 +8,6 @@
 #include <tarvik/core/JsonFile.hpp>
 #include <tarvik/core/Paths.hpp>
 #include <tarvik/core/Utf8.hpp>
-#include <tarvik/project/Project.hpp>
 
 #include <algorithm>
 #include <cstddef>
@@ -58,11 +57,6 @@ fs::path readPath(const JsonFields& fields) {
     for (const Json& byte : *bytes)
         text += static_cast<char>(fields.number("path", byte, 1, 255));
     return paths::fromUtf8(text);
-}
-
-bool isMissing(const fs::path& root) {
-    std::error_code error;
-    return !fs::is_regular_file(root / Project::kFileName, error);
 }
 
 void sortNewestFirst(std::vector<Stored>& entries) {
@@ -189,7 +183,6 @@ std::expected<void, Error> ProjectRegistry::load() {
         return std::unexpected(keepCorrupt(state_->file, storage.error()));
     for (Stored& entry : storage->entries)
         state_->projects.push_back(std::move(entry.project));
-    refreshMissing();
     return {};
 }
 
@@ -233,7 +226,7 @@ void ProjectRegistry::touch(const fs::path& path, std::string name) {
         return;
     const fs::path root = asListed(path);
     const std::int64_t now = state_->take(root);
-    state_->projects.insert(state_->projects.begin(), {root, std::move(name), now, isMissing(root)});
+    state_->projects.insert(state_->projects.begin(), {root, std::move(name), now});
     state_->touched.insert(root);
     state_->removed.erase(root);
 }
@@ -244,9 +237,15 @@ void ProjectRegistry::remove(const fs::path& path) {
     state_->touched.erase(root);
 }
 
-void ProjectRegistry::refreshMissing() {
-    for (RecentProject& project : state_->projects)
-        project.missing = isMissing(project.path);
+void ProjectRegistry::put(RecentProject project) {
+    project.path = asListed(project.path);
+    std::erase_if(state_->projects, [&](const RecentProject& each) { return each.path == project.path; });
+    state_->touched.insert(project.path);
+    state_->removed.erase(project.path);
+    const auto older = std::ranges::find_if(state_->projects, [&](const RecentProject& each) {
+        return each.lastOpenedUnix <= project.lastOpenedUnix;
+    });
+    state_->projects.insert(older, std::move(project));
 }
 
 } // namespace tarvik

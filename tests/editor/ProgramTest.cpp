@@ -128,7 +128,20 @@ TEST_F(ProgramTest, WritesThePictureAndTheStatisticsOfAGoodProject) {
         EXPECT_FALSE(ended.errors.contains("warn")) << ended.errors;
         EXPECT_GT(redShare(), 1.0 / 30);
         EXPECT_GE(readJsonFile(path("s.json")).value()["frames"], 3);
+        EXPECT_FALSE(fs::exists(path("project/Saved/Thumbnail.png"))) << "nobody closed it";
     }
+}
+
+TEST_F(ProgramTest, LeavesThePictureOfTheProjectWhenItIsClosed) {
+    makeRedBoxProject(path("project"));
+    const QString picture = QString::fromStdString(path("project/Saved/Thumbnail.png"));
+    QProcess program;
+    start(program, {path("project"), "--still", "--camera", "0,0,2", "--look-at", "0,0,0"});
+    QProcess::execute("xdotool", {"search", "--sync", "--onlyvisible", "--name", "Test – Tarvik",
+                                  "windowfocus", "--sync", "key", "ctrl+q"});
+    EXPECT_EQ(end(program).status, 0);
+    EXPECT_EQ(QImage(picture).size(), QSize(640, 400));
+    EXPECT_GT(QImage(picture).pixelColor(320, 200).red(), 60);
 }
 
 TEST_F(ProgramTest, TheSampleOpensWithoutAComplaint) {

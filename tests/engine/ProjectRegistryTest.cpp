@@ -1,7 +1,6 @@
 #include "TemporaryFolder.hpp"
 
 #include <tarvik/core/JsonFile.hpp>
-#include <tarvik/project/Project.hpp>
 #include <tarvik/project/ProjectRegistry.hpp>
 
 #include <gtest/gtest.h>
@@ -28,10 +27,9 @@ ProjectRegistry loaded(const fs::path& file) {
     return registry;
 }
 
-TEST(ProjectRegistryTest, NewestIsFirstEachPathOnceAndGoneFoldersStayMarked) {
+TEST(ProjectRegistryTest, NewestIsFirstEachPathOnceAndWhatIsPutBackHasItsPlace) {
     const TemporaryFolder folder;
     const fs::path file = folder / "data/recent.json";
-    ASSERT_TRUE(Project::create(folder / "here", "Here"));
     ProjectRegistry registry = loaded(file);
     registry.touch(folder / "here/", "Here");
     for (const std::string& name : kOddNames)
@@ -43,10 +41,17 @@ TEST(ProjectRegistryTest, NewestIsFirstEachPathOnceAndGoneFoldersStayMarked) {
     ASSERT_EQ(again.projects().size(), 1 + std::size(kOddNames));
     EXPECT_EQ(again.projects()[0].path, folder / "here");
     EXPECT_EQ(again.projects()[0].name, "Here again");
-    EXPECT_TRUE(again.projects()[1].missing && !again.projects()[0].missing);
-    fs::remove_all(folder / "here");
-    again.refreshMissing();
-    EXPECT_TRUE(again.projects()[0].missing);
+
+    for (const std::int64_t time : {1, 2, 3})
+        again.put({fmt::format("/{}", time), "Old", time});
+    again.put({"/1", "Old", 3});
+    again.remove("/2");
+    ASSERT_TRUE(again.save());
+    again.put({"/2", "Removed and put back", 2});
+    ASSERT_TRUE(again.save());
+    const std::vector<fs::path> all = pathsOf(loaded(file));
+    EXPECT_EQ(std::vector(all.end() - 3, all.end()), (std::vector<fs::path>{"/1", "/3", "/2"}));
+    EXPECT_EQ(pathsOf(again), all);
 }
 
 TEST(ProjectRegistryTest, EditorsThatSaveAtOnceLoseNothing) {

@@ -2,6 +2,7 @@
 
 #include <tarvik/app/Export.hpp>
 
+#include <QImage>
 #include <QPixmap>
 
 class QSize;
@@ -14,6 +15,10 @@ namespace tarvik::app {
 // holds. GUI thread only; root without a separator at its end.
 [[nodiscard]] TARVIK_APPCOMMON_API QPixmap projectThumbnail(const QString& root, const QString& name,
                                                             const QSize& size);
+
+// The part of it that reads the file; null where there is no picture. On any thread, for lists that must not
+// wait for a slow folder.
+[[nodiscard]] TARVIK_APPCOMMON_API QImage projectThumbnailImage(const QString& root, const QSize& size);
 
 // The name's initials on colours of its own, which are the same in every run. GUI thread only.
 [[nodiscard]] TARVIK_APPCOMMON_API QPixmap placeholderThumbnail(const QString& name, const QSize& size);

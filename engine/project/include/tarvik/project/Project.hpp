@@ -25,6 +25,9 @@ public:
     // A project file that cannot be understood is copied aside and left as it is.
     static std::expected<Project, Error> open(const std::filesystem::path& rootDir);
 
+    // Whether the folder has a project file. As slow as the folder's file system.
+    [[nodiscard]] static bool isIn(const std::filesystem::path& rootDir);
+
     // 1 to 64 characters: letters and digits of ASCII, space, '-', '_'; no space at either end; no name that
     // Windows reserves for a device.
     [[nodiscard]] static bool isValidName(std::string_view name);

@@ -16,11 +16,10 @@ struct RecentProject {
     std::filesystem::path path; // absolute, without a trailing separator
     std::string name;
     std::int64_t lastOpenedUnix = 0; // seconds since 1970-01-01 UTC
-    bool missing = false;            // the folder had no project file when it was last looked at; not stored
 };
 
-// The list of recent projects, newest first. Not safe for concurrent use; several processes may share one
-// storage file.
+// The list of recent projects, newest first. The folders themselves are never looked at: one may lie on a
+// server that does not answer. Not safe for concurrent use; several processes may share one storage file.
 class TARVIK_PROJECT_API ProjectRegistry final {
 public:
     // "recent-projects.json" in paths::userDataDir().
@@ -32,9 +31,8 @@ public:
     ProjectRegistry& operator=(ProjectRegistry&&) noexcept;
     ~ProjectRegistry();
 
-    // A missing file is an empty list. Looks at every folder, see refreshMissing(). After a failure the list
-    // is empty, the file was copied aside, and the next save starts a new one. A file that could not be
-    // copied aside is never replaced: saving fails.
+    // A missing file is an empty list. After a failure the list is empty, the file was copied aside, and the
+    // next save starts a new one. A file that could not be copied aside is never replaced: saving fails.
     [[nodiscard]] std::expected<void, Error> load();
 
     // Merges what this object added, touched or removed since it loaded or saved into what the file holds
@@ -45,8 +43,8 @@ public:
     // Puts the project first, with the present time; one entry a path.
     void touch(const std::filesystem::path& path, std::string name);
     void remove(const std::filesystem::path& path);
-    // Looks at every folder again. May block on a slow file system.
-    void refreshMissing();
+    // Puts the project where its time says, in place of one with the same path.
+    void put(RecentProject project);
 
 private:
     struct State;
