@@ -7,7 +7,7 @@
 namespace tarvik::editor {
 namespace {
 
-std::expected<app::AppOptions, CommandLineStop> parse(const QStringList& arguments) {
+std::expected<CommandLine, CommandLineStop> parse(const QStringList& arguments) {
     return parseCommandLine(QStringList{"tarvik-editor"} + arguments);
 }
 
@@ -22,6 +22,10 @@ TEST(CommandLineTest, WrongArgumentsEndWithUsageAndAreNamed) {
         {{"--project", "one", "two"}, "\"two\""},
         {{"--play", "--project", "one", "--new", "Fresh"}, "--new opens the editor"},
         {{"--play"}, "--play needs a project"},
+        {{"--export", "out"}, "--export needs a project"},
+        {{"p", "--export", ""}, "--export: \"\""},
+        {{"p", "--export", "out", "--name", "a/b"}, "--name: \"a/b\""},
+        {{"p", "--export", "out", "--play"}, "--export shows nothing"},
     };
     for (const auto& [arguments, complaint] : cases) {
         SCOPED_TRACE(arguments.join(' ').toStdString());
