@@ -41,7 +41,7 @@ struct Shape {
 
 class Game final {
 public:
-    explicit Game(const Shape& shape) {
+    explicit Game(const Shape& shape) : shape_(shape) {
         fs::create_directories(runtime() / "bin");
         std::ofstream(runtime() / app::playerExecutable(app::hostPlatform())) << "player";
         for (int folder = 0; folder < shape.folders; ++folder) {
@@ -62,37 +62,49 @@ public:
 
     [[nodiscard]] fs::path project() const { return root() / "project"; }
     [[nodiscard]] fs::path runtime() const { return root() / "runtime"; }
-    [[nodiscard]] fs::path copy() const { return root() / "copy"; }
-
-    // Into a place where nothing is.
-    template <typename Copy>
-    double timed(const Copy& makeCopy) const {
-        fs::remove_all(copy());
-        const auto start = Clock::now();
-        makeCopy();
-        return nanoseconds(Clock::now() - start);
+    // A place where nothing is. What was copied before is removed if it is large. Removing many small files
+    // would keep the disk busy while the next are copied: they stay until the end.
+    [[nodiscard]] fs::path nextCopy() {
+        if (shape_.size > 1'000'000)
+            fs::remove_all(copy());
+        ++copies_;
+        return copy();
     }
 
 private:
     [[nodiscard]] fs::path root() const { return folder_.path().toStdString(); }
 
+    [[nodiscard]] fs::path copy() const { return root() / std::to_string(copies_); }
+
+    Shape shape_;
+    int copies_ = 0;
     QTemporaryDir folder_;
 };
 
-QStringList cp(const Game& game) {
-    return {"cp", "-a", QString::fromStdString(game.project()), QString::fromStdString(game.copy())};
+QString text(const fs::path& path) {
+    return QString::fromStdString(path);
+}
+
+QStringList cp(const Game& game, const fs::path& copy) {
+    return {"-a", text(game.project()), text(copy)};
 }
 
 void compareTimes(benchmark::State& state, const Shape& shape, int rounds, double goal) {
     try {
-        const Game game(shape);
-        compare(state, rounds, goal,
-                inTurn(
-                    [&] {
-                        return game.timed(
-                            [&] { exportProject(game.project(), game.runtime(), game.copy()); });
-                    },
-                    [&] { return game.timed([&] { runProgram("cp", cp(game).mid(1)); }); }));
+        Game game(shape);
+        const auto timed = [&game](const auto& makeCopy) {
+            const fs::path copy = game.nextCopy();
+            const auto start = Clock::now();
+            makeCopy(copy);
+            return nanoseconds(Clock::now() - start);
+        };
+        const auto ours = [&](const fs::path& copy) {
+            exportProject(game.project(), game.runtime(), copy);
+        };
+        const auto theirs = [&](const fs::path& copy) {
+            runProgram("cp", cp(game, copy));
+        };
+        compare(state, rounds, goal, inTurn([&] { return timed(ours); }, [&] { return timed(theirs); }));
     } catch (const std::exception& e) {
         state.SkipWithError(e.what());
     }
@@ -111,9 +123,8 @@ BENCHMARK(largeFiles)->Name("exporting 2 GB in ten files / cp -a");
 const char* const kExportOnce = "--export-once";
 
 // A program's system calls, all its start included.
-double countCalls(const Game& game, const QStringList& command) {
-    fs::remove_all(game.copy());
-    const QString counts = QString::fromStdString(game.copy()) + "-calls";
+double countCalls(const fs::path& copy, const QStringList& command) {
+    const QString counts = text(copy) + "-calls";
     runProgram("strace", QStringList{"-f", "-c", "-U", "calls,name", "-o", counts} + command);
     std::ifstream lines(counts.toStdString());
     double calls = 0;
@@ -129,15 +140,17 @@ double countCalls(const Game& game, const QStringList& command) {
 void systemCalls(benchmark::State& state) {
     try {
         constexpr int kFiles = 20'000;
-        const Game game({2000, 10, 2000});
-        const auto text = [](const fs::path& path) {
-            return QString::fromStdString(path);
+        Game game({2000, 10, 2000});
+        const auto ours = [&] {
+            const fs::path copy = game.nextCopy();
+            return countCalls(copy, {text(fs::read_symlink("/proc/self/exe")), kExportOnce,
+                                     text(game.project()), text(game.runtime()), text(copy)});
         };
-        const QStringList ours{text(fs::read_symlink("/proc/self/exe")), kExportOnce, text(game.project()),
-                               text(game.runtime()), text(game.copy())};
-        compare(state, 1, 1.0,
-                inTurn([&] { return countCalls(game, ours) / kFiles; },
-                       [&] { return countCalls(game, cp(game)) / kFiles; }));
+        const auto theirs = [&] {
+            const fs::path copy = game.nextCopy();
+            return countCalls(copy, QStringList{"cp"} + cp(game, copy));
+        };
+        compare(state, 1, 1.0, inTurn([&] { return ours() / kFiles; }, [&] { return theirs() / kFiles; }));
     } catch (const std::exception& e) {
         state.SkipWithError(e.what());
     }

@@ -7,7 +7,7 @@
 namespace tarvik::editor {
 namespace {
 
-std::expected<app::AppOptions, CommandLineStop> parse(const QStringList& arguments) {
+std::expected<CommandLine, CommandLineStop> parse(const QStringList& arguments) {
     return parseCommandLine(QStringList{"tarvik-editor"} + arguments);
 }
 
@@ -24,6 +24,10 @@ TEST(CommandLineTest, WrongArgumentsEndWithUsageAndAreNamed) {
         {{"--play"}, "--play needs a project"},
         {{"--build", "--quiet"}, "--build needs a project"},
         {{"--build", "one", "--play"}, "does not go with --play"},
+        {{"--export", "out"}, "--export needs a project"},
+        {{"p", "--export", ""}, "--export: \"\""},
+        {{"p", "--export", "out", "--name", "a/b"}, "--name: \"a/b\""},
+        {{"p", "--export", "out", "--play"}, "--export shows nothing"},
     };
     for (const auto& [arguments, complaint] : cases) {
         SCOPED_TRACE(arguments.join(' ').toStdString());
