@@ -26,6 +26,11 @@ PlayWindow::PlayWindow(Session& session)
     escape->setContext(Qt::ApplicationShortcut);
     connect(escape, &QShortcut::activated, this, &PlayWindow::escape);
 
+    auto* fullScreen = new QShortcut(QKeySequence(Qt::Key_F11), this);
+    fullScreen->setContext(Qt::ApplicationShortcut);
+    connect(fullScreen, &QShortcut::activated, this,
+            [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
+
     connect(&runner_, &GameRunner::started, this, &PlayWindow::begin);
     connect(&runner_, &GameRunner::ending, this, [this] { client_.setGame(nullptr); });
     connect(&runner_, &GameRunner::buildFailed, this, [this] {

@@ -9,6 +9,7 @@
 #include "TerminationSignals.hpp"
 
 #include <tarvik/app/Preferences.hpp>
+#include <tarvik/app/Theme.hpp>
 #include <tarvik/core/ConsoleSink.hpp>
 #include <tarvik/core/Logger.hpp>
 #include <tarvik/renderer/Instance.hpp>
@@ -57,6 +58,7 @@ int run(int argc, char** argv, app::AppOptions options, const QElapsedTimer& sin
     QApplication application(argc, argv);
     const TerminationSignals termination;
     applyEditorStyle(application);
+    QApplication::setWindowIcon(app::theme::icon("logo"));
     app::Preferences::load().applyTo(options);
 
     Session session(options, sinceStart);

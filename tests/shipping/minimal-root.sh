@@ -25,4 +25,4 @@ for package in "${!taken[@]}"; do
     dpkg -L "$package" 2>/dev/null || true
 done | while read -r path; do
     [[ -d $path || $path == /usr/share/doc/* || ! -e $path ]] || printf '%s\0' "${path#/}"
-done | tar -C / --null -T - -cf - | tar -C "$root" --keep-directory-symlink -xf -
+done | (cd / && xargs -0 cp -a --parents -t "$root")
