@@ -32,7 +32,7 @@ constexpr int kPictogram = 48;
 constexpr int kTextWidth = 420;
 constexpr int kSearchWidth = 260;
 constexpr int kBesideCards = 28; // their gap and the scroll bar
-constexpr QSize kNoRoom(1, 1); // all of it is for the docks beside another page
+constexpr QSize kNoRoom(1, 1);   // all of it is for the docks beside another page
 constexpr int kShownName = 40;   // letters of a name within a sentence
 
 QString shortName(const RecentProject& project) {
@@ -267,7 +267,9 @@ bool Hub::isMissing(const std::filesystem::path& folder) const {
 
 void Hub::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    setMinimumSize({}); // what the layout needs
+    if (event->spontaneous()) // the window comes back, with what was typed in it
+        return;
+    setMinimumSize(0, 0); // as the layout needs
     if (pages_->currentWidget() == grid_)
         grid_->setFocus();
     else
@@ -275,12 +277,14 @@ void Hub::showEvent(QShowEvent* event) {
 }
 
 void Hub::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    if (event->spontaneous())
+        return;
     awaited_.reset();
     model_.setAwaited({});
     undoBar_->hide();
     search_->clear();
     setMinimumSize(kNoRoom);
-    QWidget::hideEvent(event);
 }
 
 void Hub::showPage() {

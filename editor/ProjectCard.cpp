@@ -42,8 +42,11 @@ void paintPicture(QPainter& painter, const QRect& card, const QPixmap& picture, 
     shape.addRoundedRect(card, kRadius, kRadius);
     painter.save();
     painter.setClipPath(shape);
+    const QRect place(card.topLeft(), QSize(card.width(), pictureHeight(card.width())));
+    if (picture.isNull())
+        painter.fillRect(place, kHovered);
     painter.setOpacity(missing ? 0.25 : 1.0);
-    painter.drawPixmap(QRect(card.topLeft(), QSize(card.width(), pictureHeight(card.width()))), picture);
+    painter.drawPixmap(place, picture);
     painter.restore();
 }
 

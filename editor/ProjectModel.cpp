@@ -100,7 +100,7 @@ QPixmap ProjectModel::picture(const RecentProject& project) const {
     Seen* seen = seen_.object(key);
     if (seen == nullptr) {
         const QSize size = thumbnailSize();
-        seen = new Seen{.picture = app::placeholderThumbnail(QString::fromStdString(project.name), size)};
+        seen = new Seen;
         seen_.insert(key, seen, 4 * qsizetype{size.width()} * size.height());
     }
     if (!seen->upToDate) {
@@ -118,6 +118,8 @@ void ProjectModel::take(const std::filesystem::path& folder, const ProjectState&
     seen->missing = state.missing;
     if (!state.thumbnail.isNull())
         seen->picture = QPixmap::fromImage(state.thumbnail);
+    else if (seen->picture.isNull())
+        seen->picture = app::placeholderThumbnail(QString::fromStdString(found->name), thumbnailSize());
     const QModelIndex changed = index(static_cast<int>(found - projects_.begin()));
     Q_EMIT dataChanged(changed, changed);
 }

@@ -15,7 +15,7 @@ class ProjectInspector;
 struct ProjectState;
 
 // The recent projects, in the registry's order. What is in a folder is found out when its picture is first
-// asked for; until the answer comes there is a placeholder.
+// asked for; until the answer comes the picture is null.
 class ProjectModel final : public QAbstractListModel {
     Q_OBJECT
 

@@ -64,7 +64,8 @@ void sortNewestFirst(std::vector<Stored>& entries) {
                              [](const Stored& entry) { return entry.project.lastOpenedUnix; });
 }
 
-std::expected<std::vector<Stored>, std::string> readEntries(const Json& document) {
+// Moves the entries out of the document.
+std::expected<std::vector<Stored>, std::string> readEntries(Json& document) {
     std::string problem;
     std::vector<Stored> entries;
     const JsonFields fields(document, problem);
@@ -75,8 +76,7 @@ std::expected<std::vector<Stored>, std::string> readEntries(const Json& document
         fields.fail("projects", "a list", *list);
         return std::unexpected(problem);
     }
-    std::set<fs::path> seen;
-    for (const Json& json : *list) {
+    for (Json& json : document["projects"]) {
         const JsonFields entry(json, problem);
         RecentProject project{.path = readPath(entry),
                               .name = entry.text("name"),
@@ -86,10 +86,12 @@ std::expected<std::vector<Stored>, std::string> readEntries(const Json& document
         if (!problem.empty())
             return std::unexpected(fmt::format("projects[{}]: {}", entries.size(), problem));
         project.path = asListed(project.path);
-        entries.push_back({std::move(project), json});
+        entries.push_back({std::move(project), std::move(json)});
     }
     sortNewestFirst(entries);
-    std::erase_if(entries, [&](const Stored& entry) { return !seen.insert(entry.project.path).second; });
+    std::set<fs::path::string_type> seen; // paths themselves compare slowly, component by component
+    std::erase_if(entries,
+                  [&](const Stored& entry) { return !seen.insert(entry.project.path.native()).second; });
     return entries;
 }
 
