@@ -320,7 +320,8 @@ void Hub::choose(const QModelIndex& index) {
 void Hub::answer(const std::filesystem::path& folder, const ProjectState& state) {
     if (!awaited_ || awaited_->path != folder)
         return;
-    const RecentProject project = *std::exchange(awaited_, std::nullopt);
+    const RecentProject project = *awaited_;
+    awaited_.reset();
     model_.setAwaited({});
     if (state.missing)
         locate(project);
@@ -342,7 +343,8 @@ void Hub::remove() {
 void Hub::restore() {
     if (!removed_)
         return;
-    const RecentProject project = *std::exchange(removed_, std::nullopt);
+    const RecentProject project = *removed_;
+    removed_.reset();
     undoBar_->hide();
     Q_EMIT restoreRequested(project);
     for (int row = 0; row < found_.rowCount(); ++row) {
