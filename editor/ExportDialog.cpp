@@ -81,7 +81,10 @@ ExportDialog::ExportDialog(ProjectBuild& build, const QString& name, QWidget* pa
     for (const QLineEdit* field : {name_, folder_})
         connect(field, &QLineEdit::textChanged, this, &ExportDialog::update);
     connect(&build, &ProjectBuild::finished, this, &ExportDialog::takeBuild);
-    connect(&build, &ProjectBuild::cancelled, this, [this] { takeBuild(false); });
+    connect(&build, &ProjectBuild::cancelled, this, [this] {
+        buildsAwaited_ = 0; // forgotten, too
+        takeBuild(false);
+    });
     connect(&exporter_, &Exporter::progressed, this, &ExportDialog::showProgress);
     connect(&exporter_, &Exporter::finished, this, &ExportDialog::takeOutcome);
     enter(Stage::Asking, {});
@@ -166,12 +169,18 @@ void ExportDialog::accept() {
         startExport();
         return;
     }
+    build();
+}
+
+void ExportDialog::build() {
     enter(Stage::Building, tr("Building the behaviours…"));
+    // A build that runs may not have seen the last change: another one follows it.
+    buildsAwaited_ = build_->busy() ? 2 : 1;
     build_->build();
 }
 
 void ExportDialog::takeBuild(bool ok) {
-    if (stage_ != Stage::Building || (build_ && build_->busy()))
+    if (stage_ != Stage::Building || --buildsAwaited_ > 0)
         return;
     if (ok)
         startExport();

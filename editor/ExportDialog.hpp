@@ -40,6 +40,7 @@ private:
     [[nodiscard]] QString problem() const;
     [[nodiscard]] QString destination() const;
     void chooseFolder();
+    void build();
     void takeBuild(bool ok);
     void startExport();
     void showProgress(quint64 done, quint64 total);
@@ -48,6 +49,7 @@ private:
     QPointer<ProjectBuild> build_;
     Exporter exporter_;
     Stage stage_ = Stage::Asking;
+    int buildsAwaited_ = 0;
     QString launcher_;
 
     QComboBox* platform_;
