@@ -165,11 +165,10 @@ void ExportDialog::accept() {
     if (!build_ || !export_->isEnabled())
         return;
     const bool forHost = platform_->currentText().toStdString() == app::hostPlatform();
-    if (!forHost || !build_->builder().hasScripts()) {
+    if (forHost && build_->builder().hasScripts())
+        build();
+    else
         startExport();
-        return;
-    }
-    build();
 }
 
 void ExportDialog::build() {
