@@ -12,7 +12,7 @@
 namespace tarvik::editor {
 namespace {
 
-struct Text {
+struct NameText {
     Q_DECLARE_TR_FUNCTIONS(BehaviourName)
 };
 
@@ -45,16 +45,17 @@ constexpr std::array<std::string_view, 13> kUsed{
 QString problemWithBehaviourName(const QString& name) {
     static const QRegularExpression identifier("^[A-Za-z_][A-Za-z0-9_]*\\z");
     if (!identifier.match(name).hasMatch()) {
-        return Text::tr("A class name has letters of a to z, digits and underscores, and does not start with "
-                        "a digit.");
+        return NameText::tr(
+            "A class name has letters of a to z, digits and underscores, and does not start with "
+            "a digit.");
     }
     const std::string plain = name.toStdString();
     if (std::ranges::find(kKeywords, plain) != kKeywords.end())
-        return Text::tr("\"%1\" is a word of the C++ language.").arg(name);
+        return NameText::tr("\"%1\" is a word of the C++ language.").arg(name);
     if (std::ranges::find(kUsed, plain) != kUsed.end())
-        return Text::tr("\"%1\" has a meaning in every behaviour.").arg(name);
+        return NameText::tr("\"%1\" has a meaning in every behaviour.").arg(name);
     if (!Project::isValidName(plain)) // the class is a file as well
-        return Text::tr("A class name has 64 characters at most, and is none that Windows reserves.");
+        return NameText::tr("A class name has 64 characters at most, and is none that Windows reserves.");
     return {};
 }
 

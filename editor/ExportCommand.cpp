@@ -69,6 +69,10 @@ std::expected<app::GameExport, QString> requestFor(const CommandLine& commandLin
     return request;
 }
 
+double secondsOf(const QElapsedTimer& clock) {
+    return static_cast<double>(clock.elapsed()) / 1000.0;
+}
+
 } // namespace
 
 int exportProject(const CommandLine& commandLine, const TerminationSignals& termination) {
@@ -102,23 +106,24 @@ int exportProject(const CommandLine& commandLine, const TerminationSignals& term
     if (options.timeLimitMs > 0)
         QTimer::singleShot(std::max<qint64>(options.timeLimitMs - clock.elapsed(), 0), &exporter,
                            &QCoreApplication::quit);
+    QElapsedTimer copying;
+    copying.start();
     exporter.start(*request);
     QCoreApplication::exec();
     line.clear();
 
-    const double seconds = static_cast<double>(clock.elapsed()) / 1000.0;
     if (termination.exitStatus() != 0) {
         fail(ExitStatus::Failed, "the export was interrupted");
         return termination.exitStatus();
     }
     if (!outcome)
-        return fail(ExitStatus::TimeLimit, QString("--time-limit: gave up after %1 s").arg(seconds));
+        return fail(ExitStatus::TimeLimit, QString("--time-limit: gave up after %1 s").arg(secondsOf(clock)));
     for (const QString& warning : outcome->warnings)
         writeText(stderr, QString("tarvik-editor: warning: %1\n").arg(warning));
     if (outcome->launcher.isEmpty())
         return fail(ExitStatus::Failed, outcome->reason);
     tell(QString("Exported in %1 s; the game starts with %2")
-             .arg(seconds, 0, 'f', 1)
+             .arg(secondsOf(copying), 0, 'f', 1)
              .arg(QDir::toNativeSeparators(outcome->launcher)));
     return static_cast<int>(ExitStatus::Done);
 }

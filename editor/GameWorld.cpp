@@ -118,8 +118,8 @@ struct GameWorld::Functions {
     }
 };
 
-GameWorld::GameWorld(const Scene& scene)
-    : scene_(scene),
+GameWorld::GameWorld(Scene scene)
+    : scene_(std::move(scene)),
       host_{.game = this,
             .log = Functions::log,
             .failed = Functions::failed,

@@ -17,7 +17,7 @@ namespace tarvik::editor {
 // because the behaviours' code keeps its address.
 class GameWorld final {
 public:
-    explicit GameWorld(const Scene& scene);
+    explicit GameWorld(Scene scene);
     GameWorld(const GameWorld&) = delete;
     GameWorld& operator=(const GameWorld&) = delete;
     ~GameWorld() = default;

@@ -7,7 +7,7 @@
 namespace tarvik::editor {
 namespace {
 
-struct Text {
+struct PlaceText {
     Q_DECLARE_TR_FUNCTIONS(ProjectPlace)
 };
 
@@ -16,13 +16,13 @@ struct Text {
 QString problemWithProjectPlace(const QString& root) {
     const QString shown = QDir::toNativeSeparators(root);
     if (!QFileInfo(root).isDir()) { // the name that Qt makes of such a folder is another
-        return Text::tr(
+        return PlaceText::tr(
                    "%1: there is no such folder. In one whose name is not Unicode text, behaviours cannot be "
                    "built.")
             .arg(shown);
     }
     if (root.contains('[')) // sources would be left out without a word
-        return Text::tr(
+        return PlaceText::tr(
                    "%1: behaviours cannot be built in a folder whose name has a \"[\", which CMake takes for "
                    "a pattern.")
             .arg(shown);

@@ -1,8 +1,12 @@
 #include "StagedExport.hpp"
 
+#include "Exporter.hpp"
+#include "Pump.hpp"
 #include "TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
+
+#include <QCoreApplication>
 
 #include <sys/mount.h>
 
@@ -23,10 +27,13 @@ protected:
         test::writeText(folder_ / "project/asset", std::string(100'000, 'x'));
     }
 
+    [[nodiscard]] app::GameExport request(const fs::path& destination) const {
+        return {folder_ / "project", "Game",      folder_ / destination,
+                folder_ / "runtime", "linux-any", nullptr};
+    }
+
     std::string exportTo(const fs::path& destination) {
-        const auto launcher = exportStaged(
-            {folder_ / "project", "Game", folder_ / destination, folder_ / "runtime", "linux-any", nullptr},
-            progress_, total_);
+        const auto launcher = exportStaged(request(destination), progress_, total_);
         return launcher ? launcher->lexically_relative(fs::canonical(folder_.path())).string()
                         : launcher.error().message;
     }
@@ -74,6 +81,46 @@ TEST_F(StagedExportTest, ADiskWithoutRoomIsNamedBeforeAnythingIsWritten) {
     EXPECT_TRUE(error.starts_with(disk + ": the game takes ")) << error;
     EXPECT_EQ(names, Names{});
     EXPECT_EQ(progress_.done, 0U);
+}
+
+TEST_F(StagedExportTest, AnExporterTellsItsProgressAndLeavesNothingWhenItGoesOrIsCancelled) {
+    int count = 1;
+    std::string name = "test";
+    char* program[] = {name.data(), nullptr};
+    const QCoreApplication application(count, program);
+    fs::create_directory(folder_ / "project/Scripts");
+    test::writeText(folder_ / "project/Scripts/A.cpp", "");
+    auto exporter = std::make_unique<Exporter>();
+    quint64 done = 0;
+    quint64 total = 1;
+    std::vector<ExportOutcome> outcomes;
+    QObject::connect(exporter.get(), &Exporter::progressed, exporter.get(), [&](quint64 now, quint64 all) {
+        done = now;
+        total = all;
+    });
+    QObject::connect(exporter.get(), &Exporter::finished, exporter.get(), [&](const ExportOutcome& outcome) {
+        EXPECT_FALSE(exporter->busy());
+        outcomes.push_back(outcome);
+    });
+    const auto exportAndWait = [&](const char* destination) {
+        const std::size_t before = outcomes.size();
+        exporter->start(request(destination));
+        if (std::string_view(destination) == "disk/cancelled")
+            exporter->cancel();
+        EXPECT_TRUE(test::pumpUntil([&] { return outcomes.size() > before; }));
+        return outcomes.empty() ? ExportOutcome{} : outcomes.back();
+    };
+    const ExportOutcome good = exportAndWait("disk/new");
+    EXPECT_TRUE(good.launcher.endsWith("/disk/new/run.sh")) << good.reason.toStdString();
+    EXPECT_EQ(good.warnings.size(), 1);
+    EXPECT_EQ(done, total);
+    EXPECT_TRUE(exportAndWait("disk/new").reason.contains("is not empty"));
+    const ExportOutcome cancelled = exportAndWait("disk/cancelled");
+    EXPECT_TRUE(cancelled.launcher.isEmpty() && cancelled.reason.isEmpty());
+    exporter->start(request("disk/gone"));
+    exporter.reset();
+    const Names left = test::namesIn(folder_ / "disk");
+    EXPECT_TRUE(!left.contains("cancelled") && !left.contains("gone.part")) << testing::PrintToString(left);
 }
 
 } // namespace
