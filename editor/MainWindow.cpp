@@ -3,6 +3,7 @@
 #include "BuildPanel.hpp"
 #include "Controls.hpp"
 #include "DisplayText.hpp"
+#include "ExportDialog.hpp"
 #include "GameActions.hpp"
 #include "GpuList.hpp"
 #include "Hub.hpp"
@@ -176,6 +177,10 @@ void MainWindow::createFileMenu() {
         pictures_->askForWindow(tr("%1 window").arg(projectName()));
     });
     menu->addSeparator();
+    export_ = menu->addAction(app::theme::icon("open"), tr("&Export…"), QKeySequence("Ctrl+Shift+E"), this,
+                              [this] { (new ExportDialog(*build_, projectName(), this))->open(); });
+    projectActions_ += export_;
+    menu->addSeparator();
     projectSettings_ = menu->addAction(app::theme::icon("settings"), tr("Project Se&ttings…"), this,
                                        &MainWindow::askForProjectSettings);
     projectActions_ += projectSettings_;
@@ -227,7 +232,7 @@ void MainWindow::createToolBar() {
     bar->setIconSize({20, 20});
     bar->addActions({game_->play(), game_->pause(), game_->stop()});
     bar->addSeparator();
-    bar->addAction(game_->build());
+    bar->addActions({game_->build(), export_});
     bar->addSeparator();
     bar->addAction(projectSettings_);
     for (QAction* action : bar->actions()) {

@@ -107,6 +107,7 @@ private:
     BuildPanel* buildPanel_ = nullptr;
     QDockWidget* buildDock_ = nullptr;
     QList<QAction*> projectActions_; // of use only while a project is open
+    QAction* export_ = nullptr;
     QAction* projectSettings_ = nullptr;
     QToolBar* toolBar_ = nullptr;
     QByteArray standardLayout_;
