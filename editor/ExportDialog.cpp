@@ -150,7 +150,7 @@ QString ExportDialog::destination() const {
 }
 
 void ExportDialog::chooseFolder() {
-    QDir above(QFileInfo(destination()).path());
+    const QDir above(QFileInfo(destination()).path());
     auto* dialog = new QFileDialog(this, windowTitle(), above.exists() ? above.path() : QDir::homePath());
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setAttribute(Qt::WA_DeleteOnClose);

@@ -68,7 +68,7 @@ ssize_t moveContent(int in, int out, off_t most) {
 std::error_code copyFile(const std::filesystem::path& source, const std::filesystem::path& target,
                          ExportProgress& progress) {
     // Something else may have taken the file's place since the folder was listed.
-    Descriptor in(::open(source.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
+    const Descriptor in(::open(source.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
     struct stat about {};
     if (!in.isOpen() || ::fstat(in.get(), &about) != 0)
         return lastError();
