@@ -59,6 +59,7 @@ ExportDialog::ExportDialog(ProjectBuild& build, const QString& name, QWidget* pa
 
     auto* buttons = new QDialogButtonBox;
     export_ = buttons->addButton(tr("&Export"), QDialogButtonBox::AcceptRole);
+    export_->setProperty("accent", true);
     open_ = buttons->addButton(tr("&Open Folder"), QDialogButtonBox::ActionRole);
     close_ = buttons->addButton(QDialogButtonBox::Cancel);
     connect(buttons, &QDialogButtonBox::accepted, this, &ExportDialog::accept);
@@ -150,7 +151,7 @@ QString ExportDialog::destination() const {
 }
 
 void ExportDialog::chooseFolder() {
-    QDir above(QFileInfo(destination()).path());
+    const QDir above(QFileInfo(destination()).path());
     auto* dialog = new QFileDialog(this, windowTitle(), above.exists() ? above.path() : QDir::homePath());
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
