@@ -49,16 +49,20 @@ needed_by() {
     objdump -p "$1" | awk '$1 == "NEEDED" { print $2 }'
 }
 
-# From the editor and the plug-ins to all that they need, but not to what only the machine's own libraries need.
+# From the editor and the plug-ins to all that they need, but not to what only the machine's own libraries need. Each
+# is looked at elsewhere: next to it may lie what an earlier installation bundled.
+elsewhere=$(mktemp -d "${TMPDIR:-/tmp}/tarvik-bundle.XXXXXX")
+trap 'rm -rf "$elsewhere"' EXIT
 declare -A origin=()
 queue=("$prefix/bin/tarvik-editor" "${plugins[@]/#/$prefix/plugins/}")
 mapfile -t -O "${#queue[@]}" queue < <(find "$libraries" -maxdepth 1 -name 'libtarvik_*.so.*' -type f)
 while ((${#queue[@]} > 0)); do
     file=${queue[0]}
     queue=("${queue[@]:1}")
-    found=$(LD_LIBRARY_PATH=$libraries ldd "$file")
+    install -m 0755 "$file" "$elsewhere/file"
+    found=$(ldd "$elsewhere/file")
     for name in $(needed_by "$file"); do
-        if belongs_to_system "$name" || [[ -n ${origin[$name]:-} || -e $libraries/$name ]]; then
+        if belongs_to_system "$name" || [[ -n ${origin[$name]:-} || $name == libtarvik_* ]]; then
             continue
         fi
         path=$(awk -v name="$name" '$1 == name && $2 == "=>" && $3 ~ /^\// { print $3; exit }' <<<"$found")
