@@ -89,6 +89,10 @@ package_of() {
     fail "no Debian package owns $1: its licence is not known"
 }
 
+# No file tells of these: their code is within the editor's own files.
+compiled_in=(libglm-dev libvulkan-dev libvulkan-volk-dev nlohmann-json3-dev)
+[[ ! -e /usr/share/doc/wayland-protocols ]] || compiled_in+=(wayland-protocols) # else the build goes without
+
 declare -A files_of=()
 for name in "${!origin[@]}"; do
     package=$(package_of "${origin[$name]}")
@@ -97,6 +101,9 @@ done
 for plugin in "${plugins[@]}"; do
     package=$(package_of "$qt_plugins/$plugin")
     files_of[$package]+=" $(basename "$plugin")"
+done
+for package in "${compiled_in[@]}"; do
+    files_of[$package]+=" compiled-in"
 done
 mapfile -t packages < <(printf '%s\n' "${!files_of[@]}" | sort)
 
@@ -119,6 +126,14 @@ licence_of() {
     for package in "${packages[@]}"; do
         printf '\n## %s\n\n~~~~~~~~\n' "$package"
         cat "/usr/share/doc/$package/copyright"
+        printf '\n~~~~~~~~\n'
+    done
+    # What they only refer to is on a Debian's disk, not on every player's.
+    mapfile -t licences < <(printf '/usr/share/doc/%s/copyright\0' "${packages[@]}" |
+        xargs -0 grep -oh '/usr/share/common-licenses/[A-Za-z0-9.+-]*[A-Za-z0-9+]' | xargs readlink -e | sort -u)
+    for licence in "${licences[@]}"; do
+        printf '\n## %s\n\n~~~~~~~~\n' "$licence"
+        cat "$licence"
         printf '\n~~~~~~~~\n'
     done
 } >"$prefix/THIRD_PARTY.md"
