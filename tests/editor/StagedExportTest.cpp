@@ -52,12 +52,20 @@ TEST_F(StagedExportTest, TheGameTakesThePlaceOfAMissingOrEmptyFolderAndLeavesNoP
 TEST_F(StagedExportTest, WhateverFailsNothingIsLeft) {
     const std::string disk = (folder_ / "disk").string();
     test::writeText(folder_ / "disk/file", "");
+    fs::create_directory_symlink("loop", folder_ / "loop");
     const Names before = test::namesIn(disk);
     EXPECT_EQ(exportTo("disk/file"), disk + "/file is a file: choose an empty or new folder");
     EXPECT_EQ(exportTo("disk/file/below"), "cannot create " + disk + "/file/below.part: Not a directory");
+    EXPECT_EQ(exportTo("loop/new"),
+              "cannot create " + (folder_ / "loop/new").string() + ": Too many levels of symbolic links");
     {
         const test::FileSizeLimit fullDisk(50'000);
         EXPECT_TRUE(exportTo("disk/full").ends_with("asset: File too large"));
+    }
+    test::writeText(folder_ / "project/asset", "");
+    {
+        const test::FileSizeLimit fullAtTheLauncher(0);
+        EXPECT_TRUE(exportTo("disk/full").starts_with("cannot write "));
     }
     progress_.cancelled = true;
     EXPECT_TRUE(exportTo("disk/a/b").ends_with("Operation canceled"));
