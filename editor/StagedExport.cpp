@@ -1,8 +1,10 @@
 #include "StagedExport.hpp"
 
+#include <tarvik/app/Paths.hpp>
 #include <tarvik/core/Paths.hpp>
 
 #include <QLocale>
+#include <QStorageInfo>
 
 #include <string>
 #include <system_error>
@@ -105,8 +107,13 @@ std::expected<fs::path, Error> exportStaged(const app::GameExport& request, app:
         return std::unexpected(resolved.error());
     const fs::path& place = *resolved;
     std::error_code error;
-    if (fs::is_regular_file(place, error))
-        return makeError("{} is a file: choose an empty or new folder", toUtf8(place));
+    const fs::file_status there = fs::symlink_status(place, error);
+    if (fs::exists(there) && !fs::is_directory(there))
+        return makeError("{} is not a folder: choose an empty or new folder", toUtf8(place));
+    // Nothing beside it is on its disk, and nothing can take its name.
+    const QString disk = QStorageInfo(app::toQString(place)).rootPath();
+    if (app::toPath(disk) == place)
+        return makeError("{} is a whole disk: choose a new folder on it", toUtf8(place));
     if (auto room = checkRoom(existingFolderAbove(place), *size); !room)
         return std::unexpected(room.error());
 
