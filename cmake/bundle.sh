@@ -49,16 +49,20 @@ needed_by() {
     objdump -p "$1" | awk '$1 == "NEEDED" { print $2 }'
 }
 
-# From the editor and the plug-ins to all that they need, but not to what only the machine's own libraries need.
+# From the editor and the plug-ins to all that they need, but not to what only the machine's own libraries need. Each
+# is looked at elsewhere: next to it may lie what an earlier installation bundled.
+elsewhere=$(mktemp -d "${TMPDIR:-/tmp}/tarvik-bundle.XXXXXX")
+trap 'rm -rf "$elsewhere"' EXIT
 declare -A origin=()
 queue=("$prefix/bin/tarvik-editor" "${plugins[@]/#/$prefix/plugins/}")
 mapfile -t -O "${#queue[@]}" queue < <(find "$libraries" -maxdepth 1 -name 'libtarvik_*.so.*' -type f)
 while ((${#queue[@]} > 0)); do
     file=${queue[0]}
     queue=("${queue[@]:1}")
-    found=$(LD_LIBRARY_PATH=$libraries ldd "$file")
+    install -m 0755 "$file" "$elsewhere/file"
+    found=$(ldd "$elsewhere/file")
     for name in $(needed_by "$file"); do
-        if belongs_to_system "$name" || [[ -n ${origin[$name]:-} || -e $libraries/$name ]]; then
+        if belongs_to_system "$name" || [[ -n ${origin[$name]:-} || $name == libtarvik_* ]]; then
             continue
         fi
         path=$(awk -v name="$name" '$1 == name && $2 == "=>" && $3 ~ /^\// { print $3; exit }' <<<"$found")
@@ -85,6 +89,10 @@ package_of() {
     fail "no Debian package owns $1: its licence is not known"
 }
 
+# No file tells of these: their code is within the editor's own files.
+compiled_in=(libglm-dev libvulkan-dev libvulkan-volk-dev nlohmann-json3-dev)
+[[ ! -e /usr/share/doc/wayland-protocols ]] || compiled_in+=(wayland-protocols) # else the build goes without
+
 declare -A files_of=()
 for name in "${!origin[@]}"; do
     package=$(package_of "${origin[$name]}")
@@ -93,6 +101,9 @@ done
 for plugin in "${plugins[@]}"; do
     package=$(package_of "$qt_plugins/$plugin")
     files_of[$package]+=" $(basename "$plugin")"
+done
+for package in "${compiled_in[@]}"; do
+    files_of[$package]+=" compiled-in"
 done
 mapfile -t packages < <(printf '%s\n' "${!files_of[@]}" | sort)
 
@@ -115,6 +126,14 @@ licence_of() {
     for package in "${packages[@]}"; do
         printf '\n## %s\n\n~~~~~~~~\n' "$package"
         cat "/usr/share/doc/$package/copyright"
+        printf '\n~~~~~~~~\n'
+    done
+    # What they only refer to is on a Debian's disk, not on every player's.
+    mapfile -t licences < <(printf '/usr/share/doc/%s/copyright\0' "${packages[@]}" |
+        xargs -0 grep -oh '/usr/share/common-licenses/[A-Za-z0-9.+-]*[A-Za-z0-9+]' | xargs readlink -e | sort -u)
+    for licence in "${licences[@]}"; do
+        printf '\n## %s\n\n~~~~~~~~\n' "$licence"
+        cat "$licence"
         printf '\n~~~~~~~~\n'
     done
 } >"$prefix/THIRD_PARTY.md"

@@ -36,9 +36,10 @@ Session::~Session() = default;
 void Session::watch(ViewportPane& pane) {
     connect(&pane, &ViewportPane::frameRendered, this, [this, &pane] { countFrame(pane); });
     connect(&pane, &ViewportPane::restartRequested, this, &Session::restartRendering);
-    connect(&pane, &ViewportPane::renderFailed, this, [this](const QString& reason) {
-        if (isUnattended())
-            reportFailure(nullptr,
+    connect(&pane, &ViewportPane::renderFailed, this, [this, &pane](const QString& reason) {
+        // A game that shows nothing says so in front.
+        if (isUnattended() || options_.play)
+            reportFailure(pane.window(),
                           reason + '\n' + renderFailureAdvice(reason, QGuiApplication::platformName()));
     });
 }

@@ -1,8 +1,10 @@
 #include "StagedExport.hpp"
 
+#include <tarvik/app/Paths.hpp>
 #include <tarvik/core/Paths.hpp>
 
 #include <QLocale>
+#include <QStorageInfo>
 
 #include <string>
 #include <system_error>
@@ -19,9 +21,13 @@ std::string sizeText(std::uintmax_t bytes) {
 }
 
 // Where links lead, so that the part lies on the destination's own disk.
-fs::path placeOf(const fs::path& destination) {
-    std::error_code ignored;
-    const fs::path place = fs::weakly_canonical(fs::absolute(destination, ignored), ignored);
+std::expected<fs::path, Error> placeOf(const fs::path& destination) {
+    std::error_code error;
+    fs::path place = fs::absolute(destination, error);
+    if (!error)
+        place = fs::weakly_canonical(place, error);
+    if (error)
+        return makeError("cannot create {}: {}", toUtf8(destination), error.message());
     return place.has_filename() ? place : place.parent_path();
 }
 
@@ -96,10 +102,18 @@ std::expected<fs::path, Error> exportStaged(const app::GameExport& request, app:
     if (!size)
         return std::unexpected(size.error());
     total = *size;
-    const fs::path place = placeOf(request.destination);
-    std::error_code ignored;
-    if (fs::is_regular_file(place, ignored))
-        return makeError("{} is a file: choose an empty or new folder", toUtf8(place));
+    const auto resolved = placeOf(request.destination);
+    if (!resolved)
+        return std::unexpected(resolved.error());
+    const fs::path& place = *resolved;
+    std::error_code error;
+    const fs::file_status there = fs::symlink_status(place, error);
+    if (fs::exists(there) && !fs::is_directory(there))
+        return makeError("{} is not a folder: choose an empty or new folder", toUtf8(place));
+    // Nothing beside it is on its disk, and nothing can take its name.
+    const QString disk = QStorageInfo(app::toQString(place)).rootPath();
+    if (app::toPath(disk) == place)
+        return makeError("{} is a whole disk: choose a new folder on it", toUtf8(place));
     if (auto room = checkRoom(existingFolderAbove(place), *size); !room)
         return std::unexpected(room.error());
 
@@ -111,6 +125,9 @@ std::expected<fs::path, Error> exportStaged(const app::GameExport& request, app:
     const auto launcher = app::exportGame(staged, progress);
     if (!launcher)
         return std::unexpected(launcher.error());
+    // A disk that became full in the last moment left it empty.
+    if (fs::file_size(*launcher, error) == 0 || error)
+        return makeError("cannot write {}", toUtf8(*launcher));
     if (progress.cancelled)
         return makeError("{}: the export was cancelled", toUtf8(place));
     if (auto renamed = part->rename(place); !renamed)

@@ -59,12 +59,23 @@ TEST_F(StagedExportTest, TheGameTakesThePlaceOfAMissingOrEmptyFolderAndLeavesNoP
 TEST_F(StagedExportTest, WhateverFailsNothingIsLeft) {
     const std::string disk = (folder_ / "disk").string();
     test::writeText(folder_ / "disk/file", "");
+    fs::create_symlink("loop", folder_ / "loop");
+    fs::create_symlink("no/such", folder_ / "nowhere");
     const Names before = test::namesIn(disk);
-    EXPECT_EQ(exportTo("disk/file"), disk + "/file is a file: choose an empty or new folder");
+    EXPECT_EQ(exportTo("disk/file"), disk + "/file is not a folder: choose an empty or new folder");
+    EXPECT_EQ(exportTo("nowhere"),
+              (folder_ / "nowhere").string() + " is not a folder: choose an empty or new folder");
     EXPECT_EQ(exportTo("disk/file/below"), "cannot create " + disk + "/file/below.part: Not a directory");
+    EXPECT_EQ(exportTo("loop/new"),
+              "cannot create " + (folder_ / "loop/new").string() + ": Too many levels of symbolic links");
     {
         const test::FileSizeLimit fullDisk(50'000);
         EXPECT_TRUE(exportTo("disk/full").ends_with("asset: File too large"));
+    }
+    test::writeText(folder_ / "project/asset", "");
+    {
+        const test::FileSizeLimit fullAtTheLauncher(0);
+        EXPECT_TRUE(exportTo("disk/full").starts_with("cannot write "));
     }
     progress_.cancelled = true;
     EXPECT_TRUE(exportTo("disk/a/b").ends_with("Operation canceled"));
@@ -76,6 +87,7 @@ TEST_F(StagedExportTest, ADiskWithoutRoomIsNamedBeforeAnythingIsWritten) {
     if (::mount("none", disk.c_str(), "tmpfs", 0, "size=64k,nr_inodes=4") != 0)
         GTEST_SKIP() << "only root can make a small disk, and not everywhere";
     const std::string error = exportTo("disk/new");
+    EXPECT_EQ(exportTo("disk"), disk + " is a whole disk: choose a new folder on it");
     const Names names = test::namesIn(disk);
     ::umount(disk.c_str());
     EXPECT_TRUE(error.starts_with(disk + ": the game takes ")) << error;
