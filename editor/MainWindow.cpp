@@ -124,7 +124,7 @@ void MainWindow::start() {
                                                          : app::toPath(options.projectDir);
         create(app::toQString(folder), options.newProjectName, ProjectTemplate::Empty);
     } else if (!options.projectDir.isEmpty()) {
-        open(options.projectDir);
+        load(options.projectDir, options.scene, Viewpoint::New);
     }
     session_.show(*this);
 }
@@ -267,7 +267,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::open(const QString& folder) {
-    load(folder, session_.options().scene, Viewpoint::New);
+    load(folder, {}, Viewpoint::New);
 }
 
 void MainWindow::load(const QString& folder, const QString& scene, Viewpoint viewpoint) {
