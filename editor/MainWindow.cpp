@@ -388,6 +388,7 @@ void MainWindow::askForProjectSettings() {
         app::AppContext& context = session_.context();
         context.registry.touch(project.rootDir(), project.name());
         context.saveRecentProjects();
+        saveThumbnail();
         updateTitle();
     });
     dialog->open();
