@@ -45,12 +45,10 @@ RenderFailurePanel::RenderFailurePanel(const QString& reason, QWidget* parent) :
     auto* reasonLabel = plainLabel(reason);
     reasonLabel->setObjectName("reason");
     reasonLabel->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    reasonLabel->setAccessibleName(tr("Reason"));
 
     auto* advice = plainLabel(renderFailureAdvice(reason, QGuiApplication::platformName()));
     advice->setObjectName("advice");
     advice->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    advice->setAccessibleName(tr("What to do"));
     styleText(*advice, TextRole::Muted);
 
     auto* restart = new QPushButton(tr("&Start rendering again"));
