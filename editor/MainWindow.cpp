@@ -281,6 +281,8 @@ void MainWindow::load(const QString& folder, const QString& scene, Viewpoint vie
         return;
     }
     saveThumbnail();
+    hub_->cancelOpening();
+    statusBar()->clearMessage();
     delete findChild<app::ProjectSettingsDialog*>(); // it edits the project that goes
     const OpenedProject& current = project_.emplace(*std::move(opened));
     app::AppContext& context = session_.context();
@@ -410,7 +412,10 @@ void MainWindow::fillRecentMenu(QMenu& menu) {
         const QString text = oneLine(QString::fromStdString(recent.name) + " – " + folder).replace('&', "&&");
         QAction* action = menu.addAction(missing ? tr("%1 (missing)").arg(text) : text);
         action->setEnabled(!missing);
-        connect(action, &QAction::triggered, this, [this, folder] { open(folder); });
+        connect(action, &QAction::triggered, this, [this, recent, text] {
+            statusBar()->showMessage(tr("Waiting for %1").arg(text), kMessageMs);
+            hub_->open(recent);
+        });
     }
     if (menu.isEmpty())
         menu.addAction(tr("No Recent Projects"))->setEnabled(false);
