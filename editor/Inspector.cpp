@@ -48,6 +48,7 @@ public:
         auto* label = new QLabel(text);
         label->setTextFormat(Qt::PlainText);
         label->setWordWrap(true);
+        label->setMinimumWidth(1); // a long name must not widen the sheet
         styleText(*label, TextRole::Heading);
         form_->addRow(label);
     }

@@ -50,6 +50,8 @@ namespace {
 constexpr int kLayoutVersion = 2;
 constexpr int kMessageMs = 10'000;
 constexpr int kRecentShown = 12; // in the menu; the hub has all
+constexpr int kRecentName = 40;  // letters
+constexpr int kWidestRecent = 480;
 const char* const kGeometryKey = "mainWindow/geometry";
 const char* const kLayoutKey = "mainWindow/layout";
 
@@ -409,11 +411,14 @@ void MainWindow::fillRecentMenu(QMenu& menu) {
          session_.context().registry.projects() | std::views::take(kRecentShown)) {
         const bool missing = hub_->isMissing(recent.path);
         const QString folder = app::toQString(recent.path);
-        const QString text = oneLine(QString::fromStdString(recent.name) + " – " + folder).replace('&', "&&");
+        const QString whole =
+            oneLine(QString::fromStdString(recent.name), kRecentName) + " – " + oneLine(folder);
+        const QString text =
+            menu.fontMetrics().elidedText(whole, Qt::ElideMiddle, kWidestRecent).replace('&', "&&");
         QAction* action = menu.addAction(missing ? tr("%1 (missing)").arg(text) : text);
         action->setEnabled(!missing);
-        connect(action, &QAction::triggered, this, [this, recent, text] {
-            statusBar()->showMessage(tr("Waiting for %1").arg(text), kMessageMs);
+        connect(action, &QAction::triggered, this, [this, recent, folder] {
+            statusBar()->showMessage(tr("Waiting for %1").arg(folder), kMessageMs);
             hub_->open(recent);
         });
     }
