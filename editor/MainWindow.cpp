@@ -273,6 +273,8 @@ void MainWindow::open(const QString& folder) {
 }
 
 void MainWindow::load(const QString& folder, const QString& scene, Viewpoint viewpoint) {
+    hub_->cancelOpening();
+    statusBar()->clearMessage();
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     auto opened = openProject(app::toPath(folder), scene);
     QGuiApplication::restoreOverrideCursor();
@@ -283,8 +285,6 @@ void MainWindow::load(const QString& folder, const QString& scene, Viewpoint vie
         return;
     }
     saveThumbnail();
-    hub_->cancelOpening();
-    statusBar()->clearMessage();
     delete findChild<app::ProjectSettingsDialog*>(); // it edits the project that goes
     const OpenedProject& current = project_.emplace(*std::move(opened));
     app::AppContext& context = session_.context();
