@@ -4,10 +4,9 @@
 
 namespace tarvik::editor {
 
-QString oneLine(const QString& text) {
-    constexpr qsizetype kLongest = 1000;
+QString oneLine(const QString& text, qsizetype longest) {
     constexpr char16_t kSymbols = 0x2400; // the block of pictures for the control characters
-    QString line = text.left(kLongest);
+    QString line = text.left(longest);
     for (QChar& c : line) {
         if (c == u'\n' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
             c = u'↵';
@@ -16,7 +15,7 @@ QString oneLine(const QString& text) {
         else if (c < u' ')
             c = QChar(static_cast<char16_t>(kSymbols + c.unicode()));
     }
-    if (text.size() > kLongest)
+    if (text.size() > longest)
         line += u'…';
     return line;
 }

@@ -8,7 +8,7 @@ namespace tarvik::editor {
 
 // The text as one line of bounded length for lists and tables: line breaks and other control characters are
 // shown as symbols, a long text ends in "…". Laying out a megabyte of text would stall the window.
-[[nodiscard]] QString oneLine(const QString& text);
+[[nodiscard]] QString oneLine(const QString& text, qsizetype longest = 1000);
 
 // The text with places to wrap it after the separators of paths.
 [[nodiscard]] QString wrappable(QString text);

@@ -280,8 +280,7 @@ void Hub::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     if (event->spontaneous())
         return;
-    awaited_.reset();
-    model_.setAwaited({});
+    cancelOpening();
     undoBar_->hide();
     search_->clear();
     setMinimumSize(kNoRoom);
@@ -310,11 +309,19 @@ const RecentProject* Hub::current() const {
 }
 
 void Hub::choose(const QModelIndex& index) {
-    if (!index.isValid())
-        return;
-    awaited_ = model_.project(found_.mapToSource(index).row());
-    model_.setAwaited(awaited_->path);
-    inspector_.inspect(awaited_->path, ProjectModel::thumbnailSize());
+    if (index.isValid())
+        open(model_.project(found_.mapToSource(index).row()));
+}
+
+void Hub::open(const RecentProject& project) {
+    awaited_ = project;
+    model_.setAwaited(project.path);
+    inspector_.inspect(project.path, ProjectModel::thumbnailSize());
+}
+
+void Hub::cancelOpening() {
+    awaited_.reset();
+    model_.setAwaited({});
 }
 
 void Hub::answer(const std::filesystem::path& folder, const ProjectState& state) {
@@ -323,7 +330,7 @@ void Hub::answer(const std::filesystem::path& folder, const ProjectState& state)
     const RecentProject project = *awaited_;
     awaited_.reset();
     model_.setAwaited({});
-    if (state.missing)
+    if (state.missing && isVisible())
         locate(project);
     else
         Q_EMIT projectChosen(app::toQString(folder));

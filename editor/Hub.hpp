@@ -30,6 +30,10 @@ public:
     explicit Hub(ProjectInspector::Inspect inspect = inspectProject, QWidget* parent = nullptr);
 
     void setProjects(std::span<const RecentProject> projects);
+    // Chooses the project once its folder has answered, in place of one that is still awaited. Can be called
+    // while the hub is hidden.
+    void open(const RecentProject& project);
+    void cancelOpening();
     // Something the user should know before opening a project; empty for nothing.
     void setNotice(const QString& text);
     // As far as is known.
@@ -38,7 +42,7 @@ public:
 Q_SIGNALS:
     void newRequested(tarvik::editor::ProjectTemplate start);
     void openRequested();
-    // Its folder has just answered and holds a project.
+    // Its folder has just answered. It holds a project, unless the hub is hidden and has nothing to offer.
     void projectChosen(const QString& folder);
     void removalRequested(const tarvik::RecentProject& project);
     // After its removal.

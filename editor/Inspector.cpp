@@ -8,6 +8,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
+#include <QTextDocumentFragment>
 #include <QVBoxLayout>
 
 #include <glm/trigonometric.hpp>
@@ -47,6 +48,7 @@ public:
         auto* label = new QLabel(text);
         label->setTextFormat(Qt::PlainText);
         label->setWordWrap(true);
+        label->setMinimumWidth(1); // a long name must not widen the sheet
         styleText(*label, TextRole::Heading);
         form_->addRow(label);
     }
@@ -62,7 +64,10 @@ public:
         auto* label = new QLabel(value);
         label->setTextFormat(format);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-        label->setAccessibleName(name);
+        // An accessible name stands in for the text: it has to say the value too.
+        const bool isRich = format == Qt::RichText;
+        label->setAccessibleName(QString("%1: %2").arg(
+            name, isRich ? QTextDocumentFragment::fromHtml(value).toPlainText().trimmed() : value));
         label->setWordWrap(true);
         auto* caption = new QLabel(name);
         styleText(*caption, TextRole::Muted);

@@ -51,6 +51,8 @@ namespace {
 constexpr int kLayoutVersion = 2;
 constexpr int kMessageMs = 10'000;
 constexpr int kRecentShown = 12; // in the menu; the hub has all
+constexpr int kRecentName = 40;  // letters
+constexpr int kWidestRecent = 480;
 const char* const kGeometryKey = "mainWindow/geometry";
 const char* const kLayoutKey = "mainWindow/layout";
 
@@ -125,7 +127,7 @@ void MainWindow::start() {
                                                          : app::toPath(options.projectDir);
         create(app::toQString(folder), options.newProjectName, ProjectTemplate::Empty);
     } else if (!options.projectDir.isEmpty()) {
-        open(options.projectDir);
+        load(options.projectDir, options.scene, Viewpoint::New);
     }
     session_.show(*this);
 }
@@ -272,10 +274,12 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::open(const QString& folder) {
-    load(folder, session_.options().scene, Viewpoint::New);
+    load(folder, {}, Viewpoint::New);
 }
 
 void MainWindow::load(const QString& folder, const QString& scene, Viewpoint viewpoint) {
+    hub_->cancelOpening();
+    statusBar()->clearMessage();
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     auto opened = openProject(app::toPath(folder), scene);
     QGuiApplication::restoreOverrideCursor();
@@ -393,6 +397,7 @@ void MainWindow::askForProjectSettings() {
         app::AppContext& context = session_.context();
         context.registry.touch(project.rootDir(), project.name());
         context.saveRecentProjects();
+        saveThumbnail();
         updateTitle();
     });
     dialog->open();
@@ -411,10 +416,16 @@ void MainWindow::fillRecentMenu(QMenu& menu) {
          session_.context().registry.projects() | std::views::take(kRecentShown)) {
         const bool missing = hub_->isMissing(recent.path);
         const QString folder = app::toQString(recent.path);
-        const QString text = oneLine(QString::fromStdString(recent.name) + " – " + folder).replace('&', "&&");
+        const QString whole =
+            oneLine(QString::fromStdString(recent.name), kRecentName) + " – " + oneLine(folder);
+        const QString text =
+            menu.fontMetrics().elidedText(whole, Qt::ElideMiddle, kWidestRecent).replace('&', "&&");
         QAction* action = menu.addAction(missing ? tr("%1 (missing)").arg(text) : text);
         action->setEnabled(!missing);
-        connect(action, &QAction::triggered, this, [this, folder] { open(folder); });
+        connect(action, &QAction::triggered, this, [this, recent, folder] {
+            statusBar()->showMessage(tr("Waiting for %1").arg(folder), kMessageMs);
+            hub_->open(recent);
+        });
     }
     if (menu.isEmpty())
         menu.addAction(tr("No Recent Projects"))->setEnabled(false);

@@ -7,6 +7,7 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QFormLayout>
 #include <QLabel>
@@ -85,14 +86,17 @@ QString NewProjectDialog::folder() const {
 
 void NewProjectDialog::update() {
     const bool named = Project::isValidName(name_->text().toStdString());
-    const bool placed = !parentFolder_->text().trimmed().isEmpty();
+    // Where another one is would depend on where the editor was started.
+    const bool placed = QDir::isAbsolutePath(parentFolder_->text());
     create_->setEnabled(named && placed);
     if (!named && !name_->text().isEmpty()) {
         hint_->setText(
             tr("A name has 1 to 64 letters of a to z, digits, spaces, hyphens or underscores, no space "
                "at either end, and is none that Windows reserves."));
+    } else if (!placed) {
+        hint_->setText(tr("The folder needs its whole path."));
     } else {
-        hint_->setText(named && placed ? tr("The project will be in %1").arg(folder()) : QString());
+        hint_->setText(named ? tr("The project will be in %1").arg(folder()) : QString());
     }
 }
 

@@ -17,6 +17,7 @@ namespace {
 
 constexpr qsizetype kPictureMemory = 128 << 20;
 constexpr QSize kThumbnail(320, 200);
+constexpr qsizetype kTipName = 80; // letters: a tip breaks no word, and a long one would leave the screen
 
 QString nameOf(const RecentProject& project) {
     return oneLine(QString::fromStdString(project.name));
@@ -75,7 +76,8 @@ QVariant ProjectModel::data(const QModelIndex& index, int role) const {
         return nameOf(project);
     case Qt::ToolTipRole:
         return QString("<qt>%1<br>%2</qt>")
-            .arg(nameOf(project).toHtmlEscaped(), wrappable(folderOf(project)).toHtmlEscaped());
+            .arg(oneLine(QString::fromStdString(project.name), kTipName).toHtmlEscaped(),
+                 wrappable(folderOf(project)).toHtmlEscaped());
     case Qt::AccessibleTextRole:
         return spoken(project);
     case FolderRole:

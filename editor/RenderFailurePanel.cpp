@@ -26,8 +26,9 @@ QString renderFailureAdvice(const QString& reason, const QString& platform) {
             "the graphics driver, or choose another GPU with --gpu.");
     }
     if (mentions("--gpu") || mentions("GPU index") || mentions("no GPU with")) {
-        return QObject::tr("Start the editor without --gpu, or with a number that tarvik-editor --list-gpus "
-                           "shows.");
+        return QObject::tr(
+            "Choose another GPU in the preferences and start the editor again. With --gpu, give a "
+            "number that tarvik-editor --list-gpus shows.");
     }
     if (mentions("loader") || mentions("driver") || mentions("VK_KHR_surface")) {
         return QObject::tr("Install the Vulkan loader and a driver for your graphics card. On Debian: "
@@ -45,12 +46,10 @@ RenderFailurePanel::RenderFailurePanel(const QString& reason, QWidget* parent) :
     auto* reasonLabel = plainLabel(reason);
     reasonLabel->setObjectName("reason");
     reasonLabel->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    reasonLabel->setAccessibleName(tr("Reason"));
 
     auto* advice = plainLabel(renderFailureAdvice(reason, QGuiApplication::platformName()));
     advice->setObjectName("advice");
     advice->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    advice->setAccessibleName(tr("What to do"));
     styleText(*advice, TextRole::Muted);
 
     auto* restart = new QPushButton(tr("&Start rendering again"));

@@ -9,10 +9,10 @@
 namespace tarvik::editor {
 namespace {
 
-QLabel* addLabel(QStatusBar& bar, const QString& accessibleName) {
+QLabel* addLabel(QStatusBar& bar, const QString& meaning) {
     auto* label = new QLabel(&bar);
     label->setTextFormat(Qt::PlainText);
-    label->setAccessibleName(accessibleName);
+    label->setAccessibleDescription(meaning); // the name is the text
     label->setContentsMargins(8, 2, 8, 2);
     bar.addPermanentWidget(label);
     return label;

@@ -22,14 +22,14 @@ void writeThumbnail(app::VulkanViewport* viewport, const std::filesystem::path& 
     const QString file = root.filePath("Saved/Thumbnail.png");
     const QImage picture = viewport->captureFrame(kSize);
     if (picture.isNull()) {
-        log::warn("Hub", "{}: the scene could not be captured", file.toStdString());
+        log::warn("Editor", "{}: the scene could not be captured", file.toStdString());
         return;
     }
     // Not with its parents: a project that was deleted meanwhile must not come back as an empty folder. That
     // the folder cannot be made, the file tells.
     root.mkdir("Saved");
     if (const auto written = writePicture(picture, file); !written)
-        log::warn("Hub", "{}", written.error().message);
+        log::warn("Editor", "{}", written.error().message);
 }
 
 } // namespace tarvik::editor

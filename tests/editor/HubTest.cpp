@@ -176,6 +176,11 @@ TEST(HubOfADeadServerTest, OthersOpenMeanwhileAndTheProgramEnds) {
         QTest::keyClick(hub.windowHandle(), Qt::Key_End);
         QTest::keyClick(hub.windowHandle(), Qt::Key_Return);
         EXPECT_TRUE(pumpUntil([&] { return chosen == QStringList("/alive"); }));
+        hub.hide();
+        chosen.clear();
+        hub.open(projects.front());
+        hub.open(projects.back()); // the one that is wanted now
+        EXPECT_TRUE(pumpUntil([&] { return chosen == QStringList("/alive"); }));
     }
     EXPECT_GE(server->waiting, 4) << "the hub is gone before the server is back";
     server->back.count_down();
