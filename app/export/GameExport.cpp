@@ -126,12 +126,24 @@ std::expected<void, Error> copyTrees(const std::vector<Tree>& trees, const fs::p
     return {};
 }
 
+constexpr std::array kNotices{"LICENSE", "THIRD_PARTY.md", "LICENSE-DejaVu.txt"};
+
 void copyNotices(const fs::path& runtimeDir, const fs::path& destination) {
     std::error_code ignored;
-    for (const char* name : {"LICENSE", "THIRD_PARTY.md", "LICENSE-DejaVu.txt"}) {
+    for (const char* name : kNotices) {
         if (isFile(runtimeDir / name))
             fs::copy_file(runtimeDir / name, destination / name, ignored);
     }
+}
+
+std::uint64_t noticesSize(const fs::path& runtimeDir) {
+    std::uint64_t sum = 0;
+    for (const char* name : kNotices) {
+        std::error_code error;
+        const std::uintmax_t size = fs::file_size(runtimeDir / name, error);
+        sum += error ? 0 : size;
+    }
+    return sum;
 }
 
 bool hasCpp(const fs::path& projectDir) {
@@ -216,6 +228,7 @@ std::expected<fs::path, Error> exportGame(const GameExport& request, ExportProgr
     if (auto copied = copyTrees(runtimeTrees(*plan), destination, progress); !copied)
         return std::unexpected(copied.error());
     copyNotices(plan->runtimeDir, destination);
+    progress.done += noticesSize(plan->runtimeDir);
     if (auto copied = copyTrees(gameTrees(request, *plan), destination, progress); !copied)
         return std::unexpected(copied.error());
     if (!plan->isHost && hasCpp(request.projectDir))
@@ -233,7 +246,7 @@ std::expected<std::uint64_t, Error> exportSize(const GameExport& request) {
     const auto plan = planOf(request);
     if (!plan)
         return std::unexpected(plan.error());
-    std::uint64_t size = 0;
+    std::uint64_t size = noticesSize(plan->runtimeDir);
     for (const auto& trees : {runtimeTrees(*plan), gameTrees(request, *plan)}) {
         for (const Tree& tree : trees) {
             const auto part = treeSize(tree.source, tree.filter);

@@ -19,7 +19,7 @@ namespace {
 
 using test::pumpUntil;
 
-TEST(PlayWindowTest, EscapeFreesTheMouseAndThenEndsTheGame) {
+TEST(PlayWindowTest, F11FillsTheScreenAndEscapeFreesTheMouseThenEndsTheGame) {
     const test::TemporaryFolder folder;
     test::makeRedBoxProject(folder / "game");
     app::AppOptions options;
@@ -33,6 +33,13 @@ TEST(PlayWindowTest, EscapeFreesTheMouseAndThenEndsTheGame) {
     auto* viewport = window.findChild<ViewportPane*>()->viewport();
     ASSERT_NE(viewport, nullptr);
     ASSERT_TRUE(pumpUntil([&] { return viewport->isExposed(); }));
+
+    window.activateWindow();
+    EXPECT_TRUE(pumpUntil([&] { return window.isActiveWindow(); }));
+    for (const bool wanted : {true, false}) {
+        QTest::keyClick(window.windowHandle(), Qt::Key_F11);
+        EXPECT_TRUE(pumpUntil([&] { return window.isFullScreen() == wanted; })) << wanted;
+    }
 
     test::Mouse mouse;
     EXPECT_TRUE(pumpUntil([&] {

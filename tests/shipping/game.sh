@@ -33,6 +33,11 @@ picture=(--frames 2 --size 640x480 --time-limit 60)
 "$editor" --project "$project" --play "${picture[@]}" --screenshot "$dir/editor.png"
 "$editor" --project "$project" --export "$dir/export" --name Shipped
 [[ ! -e $dir/export/Game/Scripts/Aside.cpp ]]
+for library in "$dir"/export/lib/*.so.*; do
+    name=$(basename "$library")
+    [[ $name == libtarvik_* ]] || grep -qF " $name " "$dir/export/THIRD_PARTY.md" ||
+        { printf 'the notices do not name %s\n' "$name" && exit 1; }
+done
 
 "$here/minimal-root.sh" "$root"
 cp -a "$dir/export" "$root/home/game"
