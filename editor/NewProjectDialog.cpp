@@ -27,8 +27,10 @@ NewProjectDialog::NewProjectDialog(ProjectTemplate start, QWidget* parent)
 
     auto* browse = new QPushButton(tr("&Browse…"));
     browse->setAutoDefault(false);
+    browse->setAccessibleName(tr("Browse for the folder"));
     connect(browse, &QPushButton::clicked, this, &NewProjectDialog::chooseParentFolder);
     auto* place = new QHBoxLayout;
+    place->setSpacing(8);
     place->addWidget(parentFolder_, 1);
     place->addWidget(browse);
 
@@ -49,9 +51,15 @@ NewProjectDialog::NewProjectDialog(ProjectTemplate start, QWidget* parent)
     connect(buttons, &QDialogButtonBox::accepted, this, &NewProjectDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &NewProjectDialog::reject);
 
+    auto* heading = new QLabel(windowTitle());
+    heading->setContentsMargins(0, 0, 0, 4);
+    styleText(*heading, TextRole::Heading);
     auto* form = new QFormLayout(this);
-    form->setContentsMargins(16, 16, 16, 16);
-    form->setSpacing(12);
+    form->setContentsMargins(20, 20, 20, 16);
+    form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    form->setHorizontalSpacing(14);
+    form->setVerticalSpacing(10);
+    form->addRow(heading);
     form->addRow(tr("&Name"), name_);
     form->addRow(tr("&Folder"), place);
     qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(parentFolder_);

@@ -1,4 +1,5 @@
 #include "Entities.hpp"
+#include "Inspector.hpp"
 #include "SceneTree.hpp"
 #include "SceneViewClient.hpp"
 
@@ -6,7 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
+#include <QLabel>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QTreeView>
 
 #include <memory>
@@ -72,6 +76,22 @@ TEST_F(SelectionTest, AFilterHidesTheSelectedEntityWithoutSelectingAnother) {
     EXPECT_EQ(listed(), "");
     filter->clear();
     EXPECT_EQ(listed(), "Ball");
+}
+
+TEST(InspectorTest, ValuesAreSpokenAndALongNamePushesThemNotOutOfSight) {
+    auto scene = std::make_shared<Scene>("Main");
+    Entity entity = test::entityOf(Mesh::Cube, {}, {1.5F, 0.0F, -2.0F});
+    entity.name = std::string(10'000, 'W');
+    scene->add(std::move(entity));
+    Inspector inspector;
+    inspector.setScene(scene);
+    inspector.inspect(0);
+    QStringList spoken;
+    for (QLabel* label : inspector.findChildren<QLabel*>())
+        spoken += QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name);
+    EXPECT_TRUE(spoken.contains("Position: 1.5   0   -2 m")) << spoken.join('\n').toStdString();
+    EXPECT_EQ(spoken.filter(QRegularExpression("^Colour: #[0-9a-f]{6}$")).size(), 1);
+    EXPECT_LT(inspector.widget()->minimumSizeHint().width(), 280);
 }
 
 } // namespace
