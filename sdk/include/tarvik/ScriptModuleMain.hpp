@@ -60,7 +60,7 @@ public:
         give(name, abi::kVec3, xyz, sizeof xyz);
     }
     void visit(std::string_view name, std::string& value) override {
-        give(name, abi::kString, value.data(), value.size());
+        sink_(context_, toText(name), abi::kString, toText(value));
     }
 
 private:
@@ -86,7 +86,7 @@ public:
         if (!isMeant(name, abi::kVec3) || value_.size() != 3 * sizeof(float))
             return;
         float xyz[3];
-        std::memcpy(xyz, value_.data(), sizeof xyz);
+        std::memcpy(xyz, &value_.front(), sizeof xyz);
         value = {xyz[0], xyz[1], xyz[2]};
     }
     void visit(std::string_view name, std::string& value) override {
@@ -104,7 +104,7 @@ private:
         if (!isMeant(name, type) || value_.size() != sizeof(Stored))
             return;
         Stored stored;
-        std::memcpy(&stored, value_.data(), sizeof stored);
+        std::memcpy(&stored, &value_.front(), sizeof stored);
         value = static_cast<Value>(stored);
     }
     void take(std::string_view name, abi::PropertyType type, float& value) { take<float>(name, type, value); }
@@ -165,6 +165,8 @@ inline const abi::Module module = {
 #define TARVIK_SCRIPT_ENTRY extern "C" __attribute__((visibility("default")))
 #endif
 
+// NOLINTBEGIN(misc-definitions-in-headers, readability-identifier-naming): one source includes this; names
+// for C
 TARVIK_SCRIPT_ENTRY std::uint32_t tarvik_script_abi_version() {
     return tarvik::script::abi::kVersion;
 }
@@ -172,3 +174,4 @@ TARVIK_SCRIPT_ENTRY std::uint32_t tarvik_script_abi_version() {
 TARVIK_SCRIPT_ENTRY const tarvik::script::abi::Module* tarvik_script_module() {
     return &tarvik::script::detail::module;
 }
+// NOLINTEND(misc-definitions-in-headers, readability-identifier-naming)
