@@ -14,6 +14,7 @@
 #include "PictureSaver.hpp"
 #include "PreferencesDialog.hpp"
 #include "ProjectBuild.hpp"
+#include "RecentProjects.hpp"
 #include "SceneTree.hpp"
 #include "Session.hpp"
 #include "StatusDisplay.hpp"
@@ -43,16 +44,11 @@
 #include <QStatusBar>
 #include <QToolBar>
 
-#include <ranges>
-
 namespace tarvik::editor {
 namespace {
 
 constexpr int kLayoutVersion = 2;
 constexpr int kMessageMs = 10'000;
-constexpr int kRecentShown = 12; // in the menu; the hub has all
-constexpr int kRecentName = 40;  // letters
-constexpr int kWidestRecent = 480;
 const char* const kGeometryKey = "mainWindow/geometry";
 const char* const kLayoutKey = "mainWindow/layout";
 
@@ -68,6 +64,7 @@ MainWindow::MainWindow(Session& session)
       runner_(session, *this),
       pages_(new QStackedWidget(this)),
       hub_(new Hub(inspectProject, pages_)),
+      recent_(std::make_unique<RecentProjects>(session, *hub_)),
       status_(std::make_unique<StatusDisplay>(*statusBar())),
       pane_(new ViewportPane(client_, pages_)),
       pictures_(new PictureSaver(*this, *pane_)) {
@@ -77,9 +74,9 @@ MainWindow::MainWindow(Session& session)
     connect(hub_, &Hub::newRequested, this, &MainWindow::askForNewProject);
     connect(hub_, &Hub::openRequested, this, &MainWindow::askForProject);
     connect(hub_, &Hub::projectChosen, this, &MainWindow::open);
-    connect(hub_, &Hub::removalRequested, this, &MainWindow::forget);
-    connect(hub_, &Hub::restoreRequested, this, &MainWindow::remember);
-    connect(hub_, &Hub::located, this, &MainWindow::relocate);
+    connect(recent_.get(), &RecentProjects::awaited, this, [this](const QString& folder) {
+        statusBar()->showMessage(tr("Waiting for %1").arg(folder), kMessageMs);
+    });
 
     createDocks();
     createFileMenu();
@@ -165,7 +162,7 @@ void MainWindow::createFileMenu() {
                     [this] { askForNewProject(ProjectTemplate::Empty); });
     menu->addAction(tr("&Open Project…"), QKeySequence::Open, this, &MainWindow::askForProject);
     QMenu* recent = menu->addMenu(tr("Open &Recent"));
-    connect(recent, &QMenu::aboutToShow, this, [this, recent] { fillRecentMenu(*recent); });
+    connect(recent, &QMenu::aboutToShow, this, [this, recent] { recent_->fill(*recent); });
     menu->addSeparator();
     projectActions_ +=
         menu->addAction(tr("Re&load Project"), QKeySequence::Refresh, this, &MainWindow::reload);
@@ -292,9 +289,7 @@ void MainWindow::load(const QString& folder, const QString& scene, Viewpoint vie
     saveThumbnail();
     delete findChild<app::ProjectSettingsDialog*>(); // it edits the project that goes
     const OpenedProject& current = project_.emplace(*std::move(opened));
-    app::AppContext& context = session_.context();
-    context.registry.touch(current.project.rootDir(), current.project.name());
-    context.saveRecentProjects();
+    recent_->touch(current.project);
     showProject(current, viewpoint);
 }
 
@@ -359,15 +354,7 @@ void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) 
 }
 
 void MainWindow::showStartPage() {
-    app::AppContext& context = session_.context();
-    hub_->setProjects(context.registry.projects());
-    QStringList notices;
-    for (const app::UiLogEntry& entry : context.logBridge->history()) {
-        if (entry.category == "Hub" && entry.level >= LogLevel::Warn)
-            notices += oneLine(entry.message);
-    }
-    notices.removeDuplicates();
-    hub_->setNotice(notices.join('\n'));
+    recent_->showInHub();
     setDocksAvailable(false);
     pages_->setCurrentWidget(hub_);
     updateTitle();
@@ -394,9 +381,7 @@ void MainWindow::askForProjectSettings() {
     auto* dialog = new app::ProjectSettingsDialog(project_->project, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QDialog::accepted, this, [this, &project = project_->project] {
-        app::AppContext& context = session_.context();
-        context.registry.touch(project.rootDir(), project.name());
-        context.saveRecentProjects();
+        recent_->touch(project);
         saveThumbnail();
         updateTitle();
     });
@@ -408,54 +393,6 @@ void MainWindow::askForPreferences() {
     const GpuList gpus = availableGpus();
     QGuiApplication::restoreOverrideCursor();
     (new PreferencesDialog(gpus, this))->open();
-}
-
-void MainWindow::fillRecentMenu(QMenu& menu) {
-    menu.clear();
-    for (const RecentProject& recent :
-         session_.context().registry.projects() | std::views::take(kRecentShown)) {
-        const bool missing = hub_->isMissing(recent.path);
-        const QString folder = app::toQString(recent.path);
-        const QString whole =
-            oneLine(QString::fromStdString(recent.name), kRecentName) + " – " + oneLine(folder);
-        const QString text =
-            menu.fontMetrics().elidedText(whole, Qt::ElideMiddle, kWidestRecent).replace('&', "&&");
-        QAction* action = menu.addAction(missing ? tr("%1 (missing)").arg(text) : text);
-        action->setEnabled(!missing);
-        connect(action, &QAction::triggered, this, [this, recent, folder] {
-            statusBar()->showMessage(tr("Waiting for %1").arg(folder), kMessageMs);
-            hub_->open(recent);
-        });
-    }
-    if (menu.isEmpty())
-        menu.addAction(tr("No Recent Projects"))->setEnabled(false);
-}
-
-void MainWindow::forget(const RecentProject& project) {
-    session_.context().registry.remove(project.path);
-    showRecent();
-}
-
-void MainWindow::remember(const RecentProject& project) {
-    session_.context().registry.put(project);
-    showRecent();
-}
-
-void MainWindow::relocate(const RecentProject& project, const QString& folder) {
-    const auto found = Project::open(app::toPath(folder));
-    if (!found) {
-        session_.reportFailure(this, QString::fromStdString(found.error().message));
-        return;
-    }
-    ProjectRegistry& registry = session_.context().registry;
-    registry.remove(project.path);
-    registry.put({found->rootDir(), found->name(), project.lastOpenedUnix});
-    showRecent();
-}
-
-void MainWindow::showRecent() {
-    session_.context().saveRecentProjects();
-    showStartPage();
 }
 
 void MainWindow::openBuild(const QString& root) {

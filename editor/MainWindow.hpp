@@ -5,8 +5,6 @@
 #include "ProjectTemplate.hpp"
 #include "SceneViewClient.hpp"
 
-#include <tarvik/project/ProjectRegistry.hpp>
-
 #include <QMainWindow>
 
 #include <memory>
@@ -14,7 +12,6 @@
 
 class QAction;
 class QDockWidget;
-class QMenu;
 class QStackedWidget;
 class QToolBar;
 
@@ -27,6 +24,7 @@ class Inspector;
 class LogPanel;
 class PictureSaver;
 class ProjectBuild;
+class RecentProjects;
 class SceneTree;
 class Session;
 class StatusDisplay;
@@ -69,11 +67,6 @@ private:
     void askForNewProject(ProjectTemplate start);
     void askForProjectSettings();
     void askForPreferences();
-    void fillRecentMenu(QMenu& menu);
-    void forget(const RecentProject& project);
-    void remember(const RecentProject& project);
-    void relocate(const RecentProject& project, const QString& folder);
-    void showRecent();
 
     void openBuild(const QString& root);
     void closeBuild();
@@ -98,6 +91,7 @@ private:
     std::unique_ptr<GameActions> game_;
     QStackedWidget* pages_;
     Hub* hub_;
+    std::unique_ptr<RecentProjects> recent_;
     std::unique_ptr<StatusDisplay> status_;
     ViewportPane* pane_;
     PictureSaver* pictures_;
