@@ -3,6 +3,8 @@
 #include <tarvik/app/Theme.hpp>
 
 #include <QApplication>
+#include <QDialog>
+#include <QFormLayout>
 #include <QLabel>
 #include <QVariant>
 
@@ -61,6 +63,19 @@ void colourText(QLabel& label, LogLevel level) {
 void styleText(QLabel& label, TextRole role) {
     constexpr const char* properties[] = {"heading", "section", "muted"};
     label.setProperty(properties[std::to_underlying(role)], true);
+}
+
+QFormLayout* createDialogForm(QDialog& dialog) {
+    auto* heading = new QLabel(dialog.windowTitle());
+    heading->setContentsMargins(0, 0, 0, 4);
+    styleText(*heading, TextRole::Heading);
+    auto* form = new QFormLayout(&dialog);
+    form->setContentsMargins(20, 20, 20, 16);
+    form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    form->setHorizontalSpacing(14);
+    form->setVerticalSpacing(10);
+    form->addRow(heading);
+    return form;
 }
 
 } // namespace tarvik::editor

@@ -5,6 +5,8 @@
 #include <QColor>
 
 class QApplication;
+class QDialog;
+class QFormLayout;
 class QLabel;
 
 namespace tarvik::editor {
@@ -22,5 +24,8 @@ void colourText(QLabel& label, LogLevel level);
 
 // For a label that was not shown yet.
 void styleText(QLabel& label, TextRole role);
+
+// The layout of a dialog's rows, below the dialog's title as heading.
+[[nodiscard]] QFormLayout* createDialogForm(QDialog& dialog);
 
 } // namespace tarvik::editor

@@ -70,13 +70,11 @@ ExportDialog::ExportDialog(ProjectBuild& build, const QString& name, QWidget* pa
             log::warn("Editor", "{}: no program opens this folder", folder.toStdString());
     });
 
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(16, 16, 16, 16);
-    layout->setSpacing(12);
-    layout->addWidget(form_);
-    layout->addWidget(progress_);
-    layout->addWidget(message_, 1);
-    layout->addWidget(buttons);
+    QFormLayout* form = createDialogForm(*this);
+    form->addRow(form_);
+    form->addRow(progress_);
+    form->addRow(message_);
+    form->addRow(buttons);
     setMinimumWidth(560);
 
     for (const QLineEdit* field : {name_, folder_})
@@ -96,13 +94,16 @@ QWidget* ExportDialog::makeForm() {
     browse->setAutoDefault(false);
     connect(browse, &QPushButton::clicked, this, &ExportDialog::chooseFolder);
     auto* place = new QHBoxLayout;
+    place->setSpacing(8);
     place->addWidget(folder_, 1);
     place->addWidget(browse);
 
     auto* widget = new QWidget;
     auto* form = new QFormLayout(widget);
     form->setContentsMargins(0, 0, 0, 0);
-    form->setSpacing(12);
+    form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    form->setHorizontalSpacing(14);
+    form->setVerticalSpacing(10);
     form->addRow(tr("&Platform"), platform_);
     form->addRow(tr("&Name"), name_);
     form->addRow(tr("&Folder"), place);

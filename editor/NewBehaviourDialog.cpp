@@ -38,12 +38,11 @@ NewBehaviourDialog::NewBehaviourDialog(ProjectBuild& build, QWidget* parent)
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     create_ = buttons->addButton(tr("&Create"), QDialogButtonBox::AcceptRole);
+    create_->setProperty("accent", true);
     connect(buttons, &QDialogButtonBox::accepted, this, &NewBehaviourDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &NewBehaviourDialog::reject);
 
-    auto* form = new QFormLayout(this);
-    form->setContentsMargins(16, 16, 16, 16);
-    form->setSpacing(12);
+    QFormLayout* form = createDialogForm(*this);
     form->addRow(tr("C&lass name"), name_);
     form->addRow({}, hint_);
     form->addRow({}, open_);

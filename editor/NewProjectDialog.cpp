@@ -51,15 +51,7 @@ NewProjectDialog::NewProjectDialog(ProjectTemplate start, QWidget* parent)
     connect(buttons, &QDialogButtonBox::accepted, this, &NewProjectDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &NewProjectDialog::reject);
 
-    auto* heading = new QLabel(windowTitle());
-    heading->setContentsMargins(0, 0, 0, 4);
-    styleText(*heading, TextRole::Heading);
-    auto* form = new QFormLayout(this);
-    form->setContentsMargins(20, 20, 20, 16);
-    form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    form->setHorizontalSpacing(14);
-    form->setVerticalSpacing(10);
-    form->addRow(heading);
+    QFormLayout* form = createDialogForm(*this);
     form->addRow(tr("&Name"), name_);
     form->addRow(tr("&Folder"), place);
     qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(parentFolder_);

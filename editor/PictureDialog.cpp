@@ -49,6 +49,7 @@ PictureDialog::PictureDialog(QSize seen, const QString& file, QWidget* parent)
         connect(field, &QSpinBox::valueChanged, this, &PictureDialog::showPreset);
 
     auto* size = new QHBoxLayout;
+    size->setSpacing(8);
     size->addWidget(presets_, 1);
     size->addWidget(width_);
     size->addWidget(new QLabel(tr("×")));
@@ -60,6 +61,7 @@ PictureDialog::PictureDialog(QSize seen, const QString& file, QWidget* parent)
     connect(browse, &QPushButton::clicked, this, &PictureDialog::chooseFile);
     connect(file_, &QLineEdit::textChanged, this, &PictureDialog::update);
     auto* place = new QHBoxLayout;
+    place->setSpacing(8);
     place->addWidget(file_, 1);
     place->addWidget(browse);
 
@@ -68,20 +70,18 @@ PictureDialog::PictureDialog(QSize seen, const QString& file, QWidget* parent)
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     save_ = buttons->addButton(tr("&Save"), QDialogButtonBox::AcceptRole);
-    save_->setDefault(true);
     save_->setProperty("accent", true);
     connect(buttons, &QDialogButtonBox::accepted, this, &PictureDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &PictureDialog::reject);
 
-    auto* form = new QFormLayout(this);
-    form->setContentsMargins(16, 16, 16, 16);
-    form->setSpacing(12);
+    QFormLayout* form = createDialogForm(*this);
     form->addRow(tr("Si&ze"), size);
     qobject_cast<QLabel*>(form->labelForField(size))->setBuddy(presets_);
     form->addRow(tr("&File"), place);
     qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(file_);
     form->addRow({}, hint_);
     form->addRow(buttons);
+    save_->setDefault(true); // which counts only within the dialog
     setMinimumWidth(560);
     update();
 }
