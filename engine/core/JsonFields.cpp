@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -28,12 +29,12 @@ std::string_view kindOf(const Json& value) {
 
 } // namespace
 
-JsonFields::JsonFields(const Json& object, std::string& problem) : JsonFields(object, problem, {}) {
-    if (!object_.is_object() && problem_.empty())
-        problem_ = fmt::format("an object is expected, not {}", kindOf(object_));
+JsonFields::JsonFields(const Json& object, JsonProblem& problem) : JsonFields(object, problem, {}) {
+    if (!object_.is_object() && problem_.reason.empty())
+        problem_.reason = fmt::format("an object is expected, not {}", kindOf(object_));
 }
 
-JsonFields::JsonFields(const Json& object, std::string& problem, std::string prefix)
+JsonFields::JsonFields(const Json& object, JsonProblem& problem, std::string prefix)
     : object_(object),
       problem_(problem),
       prefix_(std::move(prefix)) {}
@@ -65,8 +66,8 @@ std::string JsonFields::text(std::string_view field) const {
 }
 
 std::string JsonFields::requiredText(std::string_view field) const {
-    if (find(field) == nullptr && problem_.empty())
-        problem_ = fmt::format("the field \"{}{}\" is missing", prefix_, field);
+    if (find(field) == nullptr && problem_.reason.empty())
+        problem_.reason = fmt::format("the field \"{}{}\" is missing", prefix_, field);
     return text(field);
 }
 
@@ -96,10 +97,12 @@ double JsonFields::number(std::string_view field, const Json& value, double leas
 }
 
 void JsonFields::fail(std::string_view field, std::string_view expected, const Json& value) const {
-    if (!problem_.empty())
+    if (!problem_.reason.empty())
         return;
     const std::string found = value.is_number() ? value.dump() : std::string(kindOf(value));
-    problem_ = fmt::format("\"{}{}\" must be {}, not {}", prefix_, field, expected, found);
+    problem_.where = fmt::format("{}{}", prefix_, field);
+    std::ranges::replace(problem_.where, '.', '/');
+    problem_.reason = fmt::format("\"{}{}\" must be {}, not {}", prefix_, field, expected, found);
 }
 
 } // namespace tarvik

@@ -5,10 +5,12 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <optional>
+#include <ranges>
 #include <string_view>
 
 namespace tarvik {
@@ -120,10 +122,55 @@ std::expected<Json, Problem> parse(std::string_view text) {
     }
 }
 
+// These two read text that the parser has accepted.
+std::size_t endOfValue(std::string_view text, std::size_t begin) {
+    std::size_t depth = 0;
+    std::size_t index = begin;
+    do {
+        const char c = text[index];
+        if (c == '"')
+            index = endOfString(text, index);
+        depth += c == '{' || c == '[' ? 1 : 0;
+        depth -= c == '}' || c == ']' ? 1 : 0;
+        ++index;
+    } while (depth > 0 || std::string_view(",]} \t\r\n").find(text[index]) == std::string_view::npos);
+    return index;
+}
+
+// Of the value that the steps lead to, or of the last one on the way when there is none.
+std::size_t offsetOf(std::string_view text, std::string_view where) {
+    std::size_t value = text.find('{');
+    for (const auto part : where | std::views::split('/')) {
+        const std::string_view step(part.begin(), part.end());
+        const bool isObject = text[value] == '{';
+        if (!isObject && text[value] != '[')
+            break;
+        std::size_t wanted = 0;
+        std::from_chars(step.data(), step.data() + step.size(), wanted);
+        std::size_t found = value;
+        std::size_t index = text.find_first_not_of(" \t\r\n", value + 1);
+        for (std::size_t number = 0; text[index] != '}' && text[index] != ']'; ++number) {
+            std::string_view field;
+            if (isObject) {
+                const std::size_t end = endOfString(text, index);
+                field = text.substr(index + 1, end - index - 1);
+                index = text.find_first_not_of(" \t\r\n:", end + 1);
+            }
+            if (isObject ? field == step : number == wanted) // of equal fields the parser takes the last
+                found = index;
+            index = text.find_first_not_of(" \t\r\n,", endOfValue(text, index));
+        }
+        if (found == value)
+            break;
+        value = found;
+    }
+    return value;
+}
+
 } // namespace
 
-std::expected<Json, Error> readJsonFile(const fs::path& file) {
-    const auto text = readFile(file, kMaxBytes);
+std::expected<Json, Error> readJsonFile(const fs::path& file, std::uint64_t maxBytes) {
+    const auto text = readFile(file, maxBytes);
     if (!text)
         return std::unexpected(text.error());
     auto value = parse(*text);
@@ -131,6 +178,14 @@ std::expected<Json, Error> readJsonFile(const fs::path& file) {
         return makeError("{}:{}: {}", paths::toUtf8(file), placeOf(*text, value.error().offset),
                          value.error().reason);
     return *std::move(value);
+}
+
+Error errorIn(const fs::path& file, const JsonProblem& problem) {
+    const auto text = readFile(file, kMaxBytes);
+    if (!text || !parse(*text))
+        return {fmt::format("{}: {}", paths::toUtf8(file), problem.reason)};
+    return {fmt::format("{}:{}: {}", paths::toUtf8(file), placeOf(*text, offsetOf(*text, problem.where)),
+                        problem.reason)};
 }
 
 std::expected<void, Error> writeJsonFile(const fs::path& file, const Json& value) {

@@ -14,8 +14,8 @@ namespace {
 
 constexpr int kMaxNesting = 4;
 
-// A registered sink with the calls of it that are running. A call that itself removes the sink is counted
-// apart: nobody who is inside the sink may wait for it, or two such calls would wait for each other.
+// A registered sink with the calls of it that are running. A call that itself removes a sink is counted
+// apart: nobody who is inside a sink may wait for it, or two such calls would wait for each other.
 struct Registration {
     static constexpr std::uint32_t kRunning = 1;
     static constexpr std::uint32_t kRemoving = 1U << 16U;
@@ -41,24 +41,18 @@ struct Call {
 
 thread_local Call* innermostCall = nullptr;
 
-// Marks this thread's calls of the registration as removing; tells whether there are any.
-bool markOwnCalls(Registration& registration) {
-    bool any = false;
+void markOwnCalls() {
     for (Call* call = innermostCall; call != nullptr; call = call->outer) {
-        if (call->registration != &registration)
-            continue;
-        any = true;
         if (call->weight == Registration::kRemoving)
             continue;
         call->weight = Registration::kRemoving;
-        registration.calls.fetch_add(Registration::kRemoving - Registration::kRunning);
-        registration.calls.notify_all();
+        call->registration->calls.fetch_add(Registration::kRemoving - Registration::kRunning);
+        call->registration->calls.notify_all();
     }
-    return any;
 }
 
 void waitForCalls(Registration& registration) {
-    const std::uint32_t waitedFor = markOwnCalls(registration) ? Registration::kRemoving - 1 : ~0U;
+    const std::uint32_t waitedFor = innermostCall != nullptr ? Registration::kRemoving - 1 : ~0U;
     for (std::uint32_t calls = registration.calls.load(); (calls & waitedFor) != 0;
          calls = registration.calls.load())
         registration.calls.wait(calls);
@@ -166,6 +160,7 @@ void Logger::removeSink(const std::shared_ptr<LogSink>& sink) {
     const auto isOfSink = [&](const auto& registration) {
         return registration->sink == sink;
     };
+    markOwnCalls();
     Registrations waitedFor;
     {
         const std::lock_guard lock(impl_->mutex);

@@ -10,11 +10,11 @@
 
 namespace tarvik {
 
-// Reads the fields of an object. The first field that is wrong is described in the shared problem text, which
+// Reads the fields of an object. The first field that is wrong is described in the shared problem, which
 // stays empty while all is well; later ones are ignored, so that reading needs no check after every field.
 class TARVIK_CORE_API JsonFields final {
 public:
-    JsonFields(const Json& object, std::string& problem);
+    JsonFields(const Json& object, JsonProblem& problem);
 
     // Null when the field is absent.
     [[nodiscard]] const Json* find(std::string_view field) const;
@@ -34,10 +34,10 @@ public:
     void fail(std::string_view field, std::string_view expected, const Json& value) const;
 
 private:
-    JsonFields(const Json& object, std::string& problem, std::string prefix);
+    JsonFields(const Json& object, JsonProblem& problem, std::string prefix);
 
     const Json& object_;
-    std::string& problem_;
+    JsonProblem& problem_;
     std::string prefix_;
 };
 

@@ -32,9 +32,8 @@ public:
     void addSink(std::shared_ptr<LogSink> sink);
 
     // After it returns the sink is not called again, and no call of it is running on another thread. Called
-    // from inside the sink's own write() it cannot wait for that call itself, nor for calls that are removing
-    // the sink as well, and waits for the others only. Two different sinks must not remove each other from
-    // inside their writes: each would wait for the other.
+    // from inside a sink's write() it waits neither for the calls around it nor for calls that remove sinks
+    // themselves: sinks may remove themselves and each other, on several threads at once.
     void removeSink(const std::shared_ptr<LogSink>& sink);
 
 private:
