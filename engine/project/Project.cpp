@@ -30,9 +30,8 @@ struct Project::State {
 
     [[nodiscard]] fs::path file() const { return rootDir / kFileName; }
 
-    // Returns what is wrong with the document; empty when nothing is.
-    std::string readDocument() {
-        std::string problem;
+    JsonProblem readDocument() {
+        JsonProblem problem;
         const JsonFields fields(document, problem);
         name = fields.requiredText("name");
         description = fields.text("description");
@@ -162,8 +161,8 @@ std::expected<Project, Error> Project::open(const fs::path& rootDir) {
     if (!document)
         return std::unexpected(keepCorrupt(file, document.error()));
     state->document = *std::move(document);
-    if (const std::string problem = state->readDocument(); !problem.empty())
-        return std::unexpected(keepCorrupt(file, {fmt::format("{}: {}", paths::toUtf8(file), problem)}));
+    if (const JsonProblem problem = state->readDocument(); !problem.reason.empty())
+        return std::unexpected(keepCorrupt(file, errorIn(file, problem)));
     return Project(std::move(state));
 }
 

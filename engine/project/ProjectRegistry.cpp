@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <set>
@@ -23,6 +24,9 @@ namespace tarvik {
 namespace fs = std::filesystem;
 
 namespace {
+
+// Some ten thousand projects. It is read before the first window shows, which is not to wait for minutes.
+constexpr std::uint64_t kMaxBytes = 4ULL << 20U;
 
 // An entry of the storage file with all its fields, those of other versions included.
 struct Stored {
@@ -65,8 +69,8 @@ void sortNewestFirst(std::vector<Stored>& entries) {
 }
 
 // Moves the entries out of the document.
-std::expected<std::vector<Stored>, std::string> readEntries(Json& document) {
-    std::string problem;
+std::expected<std::vector<Stored>, JsonProblem> readEntries(Json& document) {
+    JsonProblem problem;
     std::vector<Stored> entries;
     const JsonFields fields(document, problem);
     const Json* list = fields.find("projects");
@@ -81,10 +85,12 @@ std::expected<std::vector<Stored>, std::string> readEntries(Json& document) {
         RecentProject project{.path = readPath(entry),
                               .name = entry.text("name"),
                               .lastOpenedUnix = entry.integer("lastOpened")};
-        if (problem.empty() && project.path.empty())
-            problem = "\"path\" is empty";
-        if (!problem.empty())
-            return std::unexpected(fmt::format("projects[{}]: {}", entries.size(), problem));
+        if (problem.reason.empty() && project.path.empty())
+            problem = {"\"path\" is empty", "path"};
+        if (!problem.reason.empty())
+            return std::unexpected(
+                JsonProblem{fmt::format("projects[{}]: {}", entries.size(), problem.reason),
+                            fmt::format("projects/{}/{}", entries.size(), problem.where)});
         project.path = asListed(project.path);
         entries.push_back({std::move(project), std::move(json)});
     }
@@ -105,12 +111,12 @@ std::expected<Storage, Error> readStorage(const fs::path& file) {
     std::error_code error;
     if (fs::status(file, error).type() == fs::file_type::not_found)
         return Storage{};
-    auto document = readJsonFile(file);
+    auto document = readJsonFile(file, kMaxBytes);
     if (!document)
         return std::unexpected(document.error());
     auto entries = readEntries(*document);
     if (!entries)
-        return makeError("{}: {}", paths::toUtf8(file), entries.error());
+        return std::unexpected(errorIn(file, entries.error()));
     return Storage{*std::move(document), *std::move(entries)};
 }
 
@@ -241,7 +247,11 @@ void ProjectRegistry::remove(const fs::path& path) {
 
 void ProjectRegistry::put(RecentProject project) {
     project.path = asListed(project.path);
-    std::erase_if(state_->projects, [&](const RecentProject& each) { return each.path == project.path; });
+    if (const auto known = state_->find(project.path); known != state_->projects.end()) {
+        if (known->lastOpenedUnix > project.lastOpenedUnix)
+            return;
+        state_->projects.erase(known);
+    }
     state_->touched.insert(project.path);
     state_->removed.erase(project.path);
     const auto older = std::ranges::find_if(state_->projects, [&](const RecentProject& each) {

@@ -109,7 +109,7 @@ Camera readCamera(const JsonFields& fields) {
 }
 
 // The problem stays empty when every field is right.
-Entity readEntity(const Json& json, std::string& problem) {
+Entity readEntity(const Json& json, JsonProblem& problem) {
     const JsonFields fields(json, problem);
     Entity entity;
     entity.name = fields.text("name");
@@ -181,25 +181,26 @@ std::expected<Scene, Error> loadScene(const fs::path& file) {
     const auto json = readJsonFile(file);
     if (!json)
         return std::unexpected(json.error());
-    std::string problem;
+    JsonProblem problem;
     const JsonFields fields(*json, problem);
     Scene scene(fields.find("name") == nullptr ? paths::toUtf8(file.stem()) : fields.text("name"));
     const Json none = Json::array();
     const Json* entities = fields.find("entities");
     if (entities == nullptr)
-        problem = "the list \"entities\" is missing";
+        problem.reason = "the list \"entities\" is missing";
     else if (!entities->is_array())
         fields.fail("entities", "a list", *entities);
-    for (const Json& each : problem.empty() ? *entities : none) {
+    for (const Json& each : problem.reason.empty() ? *entities : none) {
         Entity entity = readEntity(each, problem);
-        if (!problem.empty()) {
-            problem = describe(scene.size(), entity.name, problem);
+        if (!problem.reason.empty()) {
+            problem = {describe(scene.size(), entity.name, problem.reason),
+                       fmt::format("entities/{}/{}", scene.size(), problem.where)};
             break;
         }
         scene.add(std::move(entity));
     }
-    if (!problem.empty())
-        return makeError("{}: {}", paths::toUtf8(file), problem);
+    if (!problem.reason.empty())
+        return std::unexpected(errorIn(file, problem));
     return scene;
 }
 
@@ -208,11 +209,11 @@ std::expected<void, Error> saveScene(const Scene& scene, const fs::path& file) {
     for (std::size_t index = 0; index < scene.size(); ++index) {
         Json json = toJson(scene.entity(index));
         // What is saved can be loaded again: a value that loading refuses, such as infinity, stays out.
-        std::string problem;
+        JsonProblem problem;
         static_cast<void>(readEntity(json, problem));
-        if (!problem.empty())
+        if (!problem.reason.empty())
             return makeError("cannot write {}: {}", paths::toUtf8(file),
-                             describe(index, scene.entityName(index), problem));
+                             describe(index, scene.entityName(index), problem.reason));
         entities.push_back(std::move(json));
     }
     // What stands there and cannot be understood may be somebody's half-finished edit.

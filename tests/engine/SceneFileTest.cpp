@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 namespace tarvik {
 namespace {
@@ -37,26 +38,30 @@ TEST(SceneFileTest, EveryFieldSurvivesLoadingAndSaving) {
     EXPECT_EQ(full.camera.value().nearPlane, 0.05F);
 }
 
-TEST(SceneFileTest, WrongValueIsReportedWithFileEntityAndField) {
-    const std::pair<const char*, const char*> cases[] = {
-        {R"({"name": "Lamp", "position": [1, 2]})", "\"Lamp\": \"position\" must be a list of three numbers"},
-        {R"({"position": [1, "2", 3]})", "\"position\" must be a number from"},
-        {R"({"scale": [1, 0, 1]})", "\"scale\""},
-        {R"({"mesh": "Cube"})", "\"mesh\" must be one of none, cube, sphere, cylinder, plane"},
-        {R"({"colour": "#12345g"})", "\"colour\""},
-        {R"({"light": {"kind": "spot"}})", "\"light.kind\""},
-        {R"({"camera": {"fovY": 180}})", "\"camera.fovY\""},
+TEST(SceneFileTest, WrongValueIsReportedWithItsPlaceEntityAndField) {
+    const std::tuple<const char*, int, const char*> cases[] = {
+        {R"({"name": "Lamp", "position": [1, 2]})", 48,
+         "\"Lamp\": \"position\" must be a list of three numbers"},
+        {R"({"position": [1, "2", 3]})", 32, "\"position\" must be a number from"},
+        {R"({"name": "]\"}", "scale": [1, 0, 1]})", 45, "\"scale\""},
+        {R"({"mesh": "cube", "mesh" : "Cube"})", 45,
+         "\"mesh\" must be one of none, cube, sphere, cylinder, plane"},
+        {R"({"colour": "#12345g"})", 30, "\"colour\""},
+        {R"({"light": {"range": 1, "kind": "spot"}})", 50, "\"light.kind\""},
+        {R"({"camera": {"fovY": 180}})", 39, "\"camera.fovY\""},
+        {R"(3)", 19, "an object is expected, not a number"},
     };
     const TemporaryFolder folder;
     const auto file = folder / "M\xc3\xbcll\n.lscene";
-    for (const auto& [entity, reason] : cases) {
+    for (const auto& [entity, column, reason] : cases) {
         writeText(file, fmt::format("{{\"entities\": [{{}}, {}, {{}}]}}", entity));
         const std::string error = errorOf(loadScene(file));
-        EXPECT_TRUE(error.starts_with(file.native() + ": entities[1] ") && error.contains(reason)) << error;
+        const std::string start = fmt::format("{}:1:{}: entities[1] ", file.native(), column);
+        EXPECT_TRUE(error.starts_with(start) && error.contains(reason)) << error;
     }
     for (const char* content : {"", "{}", R"({"entities": 3})", R"({"name": 1, "entities": []})"}) {
         writeText(file, content);
-        EXPECT_TRUE(errorOf(loadScene(file)).starts_with(file.native())) << content;
+        EXPECT_TRUE(errorOf(loadScene(file)).starts_with(file.native() + ":1:")) << content;
     }
 }
 

@@ -43,7 +43,7 @@ public:
     // Puts the project first, with the present time; one entry a path.
     void touch(const std::filesystem::path& path, std::string name);
     void remove(const std::filesystem::path& path);
-    // Puts the project where its time says, in place of one with the same path.
+    // Puts the project where its time says, in place of one with the same path, unless that one is newer.
     void put(RecentProject project);
 
 private:
