@@ -46,13 +46,14 @@ VkDebugUtilsMessengerCreateInfoEXT messengerInfo() {
             .pfnUserCallback = logMessage};
 }
 
+// Asks with room for all that is usual: every question makes the loader look at all drivers.
 std::vector<VkExtensionProperties> extensionsOf(const char* layer) {
-    std::uint32_t count = 0;
-    std::vector<VkExtensionProperties> extensions;
-    VkResult result = VK_INCOMPLETE;
+    std::vector<VkExtensionProperties> extensions(64);
+    auto count = static_cast<std::uint32_t>(extensions.size());
+    VkResult result = vkEnumerateInstanceExtensionProperties(layer, &count, extensions.data());
     while (result == VK_INCOMPLETE) {
-        check(vkEnumerateInstanceExtensionProperties(layer, &count, nullptr), "listing Vulkan extensions");
-        extensions.resize(count);
+        extensions.resize(2 * extensions.size());
+        count = static_cast<std::uint32_t>(extensions.size());
         result = vkEnumerateInstanceExtensionProperties(layer, &count, extensions.data());
     }
     check(result, "listing Vulkan extensions");

@@ -14,7 +14,9 @@ namespace tarvik::render {
 
 namespace {
 
-enum class Kind : std::uint8_t { Mesh, Sky, Grid };
+using Kind = Pipelines::Kind;
+
+constexpr std::array<std::string_view, Pipelines::kKinds> kNames{"mesh", "sky", "grid"};
 
 rhi::UniqueShaderModule loadShader(const rhi::Device& device, const ShaderSource& shaders,
                                    std::string_view name) {
@@ -40,8 +42,8 @@ constexpr std::array<VkVertexInputAttributeDescription, 6> kAttributes{
      {5, 1, VK_FORMAT_R8G8B8A8_UNORM, offsetof(Instance, colour)}}};
 
 rhi::UniquePipeline makePipeline(const rhi::Device& device, const ShaderSource& shaders,
-                                 VkPipelineLayout layout, PictureFormat format, Kind kind,
-                                 std::string_view name) {
+                                 VkPipelineLayout layout, PictureFormat format, Kind kind) {
+    const std::string_view name = kNames[static_cast<std::size_t>(kind)];
     const auto vertexShader = loadShader(device, shaders, std::string(name) + ".vert");
     const auto fragmentShader = loadShader(device, shaders, std::string(name) + ".frag");
     const VkBool32 encodeInShader = encodesSrgb(format.colour) ? VK_FALSE : VK_TRUE;
@@ -155,15 +157,14 @@ Pipelines::Pipelines(const rhi::Device& device, const ShaderSource& shaders)
     layout_ = {device, layout};
 }
 
-const Pipelines::Set& Pipelines::forFormat(PictureFormat format) {
-    const auto found = std::ranges::find(sets_, format, &Set::format);
-    if (found != sets_.end())
-        return *found;
-    const auto make = [&](Kind kind, std::string_view name) {
-        return makePipeline(device_, shaders_, layout_.get(), format, kind, name);
-    };
-    sets_.push_back({format, make(Kind::Mesh, "mesh"), make(Kind::Sky, "sky"), make(Kind::Grid, "grid")});
-    return sets_.back();
+VkPipeline Pipelines::get(PictureFormat format, Kind kind) {
+    auto set = std::ranges::find(sets_, format, &Set::format);
+    if (set == sets_.end())
+        set = sets_.insert(set, {format, {}});
+    rhi::UniquePipeline& pipeline = set->pipelines[static_cast<std::size_t>(kind)];
+    if (pipeline.get() == VK_NULL_HANDLE)
+        pipeline = makePipeline(device_, shaders_, layout_.get(), format, kind);
+    return pipeline.get();
 }
 
 } // namespace tarvik::render

@@ -3,6 +3,8 @@
 #include "Device.hpp"
 #include "Shaders.hpp"
 
+#include <array>
+#include <cstdint>
 #include <vector>
 
 namespace tarvik::render {
@@ -16,21 +18,23 @@ struct PictureFormat {
     bool operator==(const PictureFormat&) const = default;
 };
 
-// The pipelines of every format that was drawn to, compiled when they are first needed.
+// The pipelines of every format that was drawn to, each compiled when it is first needed.
 class Pipelines final {
 public:
+    enum class Kind : std::uint8_t { Mesh, Sky, Grid };
+    static constexpr std::size_t kKinds = 3;
+
     Pipelines(const rhi::Device& device, const ShaderSource& shaders);
 
-    struct Set {
-        PictureFormat format;
-        rhi::UniquePipeline mesh;
-        rhi::UniquePipeline sky;
-        rhi::UniquePipeline grid;
-    };
-    [[nodiscard]] const Set& forFormat(PictureFormat format);
+    [[nodiscard]] VkPipeline get(PictureFormat format, Kind kind);
     [[nodiscard]] VkPipelineLayout layout() const { return layout_.get(); }
 
 private:
+    struct Set {
+        PictureFormat format;
+        std::array<rhi::UniquePipeline, kKinds> pipelines;
+    };
+
     const rhi::Device& device_;
     const ShaderSource& shaders_;
     rhi::UniqueDescriptorSetLayout frameLayout_;

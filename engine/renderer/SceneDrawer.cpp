@@ -1,5 +1,7 @@
 #include "SceneDrawer.hpp"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace tarvik::render {
@@ -42,6 +44,11 @@ constexpr VkPipelineStageFlags2 kDepthStages =
     VK_PIPELINE_STAGE_2_EARLY_FRAGMENT_TESTS_BIT | VK_PIPELINE_STAGE_2_LATE_FRAGMENT_TESTS_BIT;
 constexpr VkAccessFlags2 kDepthWrite = VK_ACCESS_2_DEPTH_STENCIL_ATTACHMENT_WRITE_BIT;
 
+bool hasInstances(const InstanceRanges& ranges) {
+    return std::ranges::any_of(
+        ranges, [](const InstanceRange& range) { return range.nearCount != 0 || range.farCount != 0; });
+}
+
 } // namespace
 
 Attachments::Attachments(const rhi::Device& device, VkExtent2D size, PictureFormat pictureFormat)
@@ -77,7 +84,6 @@ void SceneDrawer::record(VkCommandBuffer commands, const Attachments& attachment
                          const FinishedImage& finished, const FrameStream& stream,
                          const RenderSettings& settings) {
     const auto& vk = device_.vk;
-    const Pipelines::Set& pipelines = pipelines_.forFormat(attachments.format);
     const std::array beginnings{
         beginning(finished.image, VK_IMAGE_ASPECT_COLOR_BIT, kColourStage, 0, kColourAccess,
                   VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL),
@@ -125,13 +131,19 @@ void SceneDrawer::record(VkCommandBuffer commands, const Attachments& attachment
     vk.vkCmdBindDescriptorSets(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipelines_.layout(), 0, 1, &frame,
                                0, nullptr);
 
-    vk.vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipelines.mesh.get());
-    drawMeshes(commands, stream);
+    const auto bind = [&](Pipelines::Kind kind) {
+        vk.vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS,
+                             pipelines_.get(attachments.format, kind));
+    };
+    if (hasInstances(stream.ranges())) {
+        bind(Pipelines::Kind::Mesh);
+        drawMeshes(commands, stream);
+    }
     vk.vkCmdSetCullMode(commands, VK_CULL_MODE_NONE);
-    vk.vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipelines.sky.get());
+    bind(Pipelines::Kind::Sky);
     vk.vkCmdDraw(commands, 3, 1, 0, 0);
     if (settings.grid && !settings.finalPicture) {
-        vk.vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipelines.grid.get());
+        bind(Pipelines::Kind::Grid);
         vk.vkCmdDraw(commands, 4, 1, 0, 0);
     }
     vk.vkCmdEndRendering(commands);

@@ -37,7 +37,8 @@ class SceneDrawer final {
 public:
     SceneDrawer(const rhi::Device& device, const ShaderSource& shaders);
 
-    // The stream has been written for this frame. Allocates nothing once the format has been drawn to.
+    // The stream has been written for this frame. Allocates nothing once meshes, sky and grid have been
+    // drawn to the format.
     void record(VkCommandBuffer commands, const Attachments& attachments, const FinishedImage& finished,
                 const FrameStream& stream, const RenderSettings& settings);
 
