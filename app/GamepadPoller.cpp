@@ -68,7 +68,7 @@ void write(const GamepadReading& reading, InputState& input) {
 GamepadPoller::GamepadPoller(std::unique_ptr<GamepadSource> source) : source_(std::move(source)) {}
 
 void GamepadPoller::poll(InputState& input, TimePoint now) {
-    if (!source_)
+    if (!source_ || !source_->isReady())
         return;
     if (userIndex_ < 0) {
         if (now < nextProbe_)

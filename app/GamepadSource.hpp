@@ -49,6 +49,8 @@ public:
     GamepadSource& operator=(const GamepadSource&) = delete;
     virtual ~GamepadSource() = default;
 
+    // While false, nothing else is asked of it: it is still starting, and is asked again at the next poll.
+    virtual bool isReady() { return true; }
     // Empty when no controller answers at the index.
     virtual std::optional<GamepadReading> query(int userIndex) = 0;
     // For people, of a controller that has just answered.

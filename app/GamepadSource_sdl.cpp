@@ -1,12 +1,65 @@
 #include "GamepadSource.hpp"
 
+#include <tarvik/core/Log.hpp>
+
 #include <SDL.h>
+#include <dlfcn.h>
 
 #include <algorithm>
 #include <limits>
+#include <type_traits>
+#include <utility>
 
 namespace tarvik::app {
 namespace {
+
+// What is used of SDL. It brings forty libraries with it, which would slow the start of every program, also
+// of those without a viewport, and the search for symbols in each library that is loaded later; so the
+// first reader loads it, for itself alone. A machine without it only lacks controllers.
+class Sdl final {
+public:
+    // Null where SDL is not installed. Once loaded it stays: other libraries of the process may use it too.
+    static const Sdl* instance() {
+        static Sdl sdl;
+        static const bool complete = sdl.load();
+        return complete ? &sdl : nullptr;
+    }
+
+    decltype(&SDL_SetHint) setHint = nullptr;
+    decltype(&SDL_InitSubSystem) initSubSystem = nullptr;
+    decltype(&SDL_QuitSubSystem) quitSubSystem = nullptr;
+    decltype(&SDL_JoystickEventState) joystickEventState = nullptr;
+    decltype(&SDL_GameControllerEventState) controllerEventState = nullptr;
+    decltype(&SDL_NumJoysticks) numJoysticks = nullptr;
+    decltype(&SDL_IsGameController) isController = nullptr;
+    decltype(&SDL_GameControllerOpen) open = nullptr;
+    decltype(&SDL_GameControllerClose) close = nullptr;
+    decltype(&SDL_GameControllerUpdate) update = nullptr;
+    decltype(&SDL_GameControllerGetAttached) isAttached = nullptr;
+    decltype(&SDL_GameControllerGetAxis) axis = nullptr;
+    decltype(&SDL_GameControllerGetButton) button = nullptr;
+    decltype(&SDL_GameControllerName) name = nullptr;
+
+private:
+    Sdl() = default;
+
+    bool load() {
+        void* const library = dlopen("libSDL2-2.0.so.0", RTLD_NOW | RTLD_LOCAL);
+        const auto find = [library](auto& function, const char* symbol) {
+            function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(dlsym(library, symbol));
+            return function != nullptr;
+        };
+        return library != nullptr && find(setHint, "SDL_SetHint") &&
+               find(initSubSystem, "SDL_InitSubSystem") && find(quitSubSystem, "SDL_QuitSubSystem") &&
+               find(joystickEventState, "SDL_JoystickEventState") &&
+               find(controllerEventState, "SDL_GameControllerEventState") &&
+               find(numJoysticks, "SDL_NumJoysticks") && find(isController, "SDL_IsGameController") &&
+               find(open, "SDL_GameControllerOpen") && find(close, "SDL_GameControllerClose") &&
+               find(update, "SDL_GameControllerUpdate") &&
+               find(isAttached, "SDL_GameControllerGetAttached") && find(axis, "SDL_GameControllerGetAxis") &&
+               find(button, "SDL_GameControllerGetButton") && find(name, "SDL_GameControllerName");
+    }
+};
 
 struct SdlButton {
     SDL_GameControllerButton button;
@@ -42,9 +95,9 @@ std::uint8_t trigger(std::int16_t value) {
     return static_cast<std::uint8_t>((std::max<int>(value, 0) * kTriggerMax + kAxisMax / 2) / kAxisMax);
 }
 
-GamepadReading read(SDL_GameController* controller) {
-    const auto axis = [controller](SDL_GameControllerAxis which) {
-        return SDL_GameControllerGetAxis(controller, which);
+GamepadReading read(const Sdl& sdl, SDL_GameController* controller) {
+    const auto axis = [&](SDL_GameControllerAxis which) {
+        return sdl.axis(controller, which);
     };
     GamepadReading reading{.leftTrigger = trigger(axis(SDL_CONTROLLER_AXIS_TRIGGERLEFT)),
                            .rightTrigger = trigger(axis(SDL_CONTROLLER_AXIS_TRIGGERRIGHT)),
@@ -53,71 +106,87 @@ GamepadReading read(SDL_GameController* controller) {
                            .rightX = axis(SDL_CONTROLLER_AXIS_RIGHTX),
                            .rightY = upwards(axis(SDL_CONTROLLER_AXIS_RIGHTY))};
     for (const auto& [button, bit] : kSdlButtons) {
-        if (SDL_GameControllerGetButton(controller, button))
+        if (sdl.button(controller, button))
             reading.buttons |= bit;
     }
     return reading;
-}
-
-struct ControllerCloser {
-    void operator()(SDL_GameController* controller) const { SDL_GameControllerClose(controller); }
-};
-using Controller = std::unique_ptr<SDL_GameController, ControllerCloser>;
-
-Controller openFirst() {
-    const int count = SDL_NumJoysticks();
-    for (int device = 0; device < count; ++device) {
-        if (!SDL_IsGameController(device))
-            continue;
-        if (Controller controller{SDL_GameControllerOpen(device)})
-            return controller;
-    }
-    return {};
 }
 
 // SDL's device numbers change with every plug, so the first controller that can be opened is followed itself,
 // at user index 0. SDL counts the users of its subsystem and of each controller: several sources share them.
 class SdlSource final : public GamepadSource {
 public:
-    // Takes over one use of the subsystem.
-    SdlSource() = default;
     ~SdlSource() override {
         controller_.reset();
-        SDL_QuitSubSystem(SDL_INIT_GAMECONTROLLER);
+        if (sdl_)
+            sdl_->quitSubSystem(SDL_INIT_GAMECONTROLLER);
+    }
+
+    // Not at the first poll: the frame that follows it is more urgent, and loading SDL would add a tenth to
+    // its time. A controller is found one frame later.
+    bool isReady() override {
+        if (std::exchange(asked_, true) && !std::exchange(started_, true))
+            start();
+        return started_;
     }
 
     std::optional<GamepadReading> query(int userIndex) override {
-        if (userIndex != 0)
+        if (!sdl_ || userIndex != 0)
             return std::nullopt;
-        SDL_GameControllerUpdate(); // also notices plugs and unplugs
+        sdl_->update(); // also notices plugs and unplugs
         if (!controller_)
             controller_ = openFirst();
-        else if (!SDL_GameControllerGetAttached(controller_.get()))
+        else if (!sdl_->isAttached(controller_.get()))
             controller_.reset();
         if (!controller_)
             return std::nullopt;
-        return read(controller_.get());
+        return read(*sdl_, controller_.get());
     }
 
     [[nodiscard]] std::string name(int /*userIndex*/) const override {
-        const char* name = SDL_GameControllerName(controller_.get());
+        const char* name = sdl_->name(controller_.get());
         return name ? name : "unnamed controller";
     }
 
 private:
-    Controller controller_;
+    using Controller = std::unique_ptr<SDL_GameController, decltype(&SDL_GameControllerClose)>;
+
+    void start() {
+        const Sdl* sdl = Sdl::instance();
+        if (!sdl) {
+            log::debug("Input", "no gamepads: SDL 2 is not installed");
+            return;
+        }
+        sdl->setHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+        sdl->setHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");
+        if (sdl->initSubSystem(SDL_INIT_GAMECONTROLLER) != 0)
+            return;
+        // States are read directly. Events would pile up, as nobody takes them.
+        sdl->joystickEventState(SDL_IGNORE);
+        sdl->controllerEventState(SDL_IGNORE);
+        sdl_ = sdl;
+    }
+
+    Controller openFirst() {
+        const int count = sdl_->numJoysticks();
+        for (int device = 0; device < count; ++device) {
+            if (!sdl_->isController(device))
+                continue;
+            if (Controller controller{sdl_->open(device), sdl_->close})
+                return controller;
+        }
+        return {nullptr, nullptr};
+    }
+
+    const Sdl* sdl_ = nullptr; // while it uses the subsystem
+    Controller controller_{nullptr, nullptr};
+    bool asked_ = false;
+    bool started_ = false;
 };
 
 } // namespace
 
 std::unique_ptr<GamepadSource> GamepadSource::create() {
-    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-    SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");
-    if (SDL_InitSubSystem(SDL_INIT_GAMECONTROLLER) != 0)
-        return {};
-    // States are read directly. Events would pile up, as nobody takes them.
-    SDL_JoystickEventState(SDL_IGNORE);
-    SDL_GameControllerEventState(SDL_IGNORE);
     return std::make_unique<SdlSource>();
 }
 

@@ -79,3 +79,15 @@ function(tarvik_add_test name)
     PROPERTIES LABELS ${arg_TIER} TIMEOUT 120 ${lock} ENVIRONMENT "${arg_ENVIRONMENT}"
                SKIP_REGULAR_EXPRESSION "\\[  SKIPPED \\]")
 endfunction()
+
+# tarvik_add_compositor_tests(<suite> TIMEOUT <seconds> COMMAND <command...>)
+# The command as a test <suite>.<compositor> under each Wayland compositor.
+function(tarvik_add_compositor_tests suite)
+  cmake_parse_arguments(arg "" "TIMEOUT" "COMMAND" ${ARGN})
+  foreach(compositor sway weston)
+    add_test(NAME ${suite}.${compositor}
+      COMMAND "${PROJECT_SOURCE_DIR}/tests/support/with-${compositor}.sh" ${arg_COMMAND})
+    set_tests_properties(${suite}.${compositor} PROPERTIES
+      LABELS real TIMEOUT ${arg_TIMEOUT} RESOURCE_LOCK display)
+  endforeach()
+endfunction()

@@ -13,7 +13,8 @@ fail() {
     printf 'bundle: %s\n' "$1" >&2
     exit 1
 }
-for tool in ldd objdump patchelf dpkg-query; do
+PATH=$PATH:/sbin:/usr/sbin # where ldconfig is
+for tool in ldconfig ldd objdump patchelf dpkg-query; do
     command -v "$tool" >/dev/null || fail "$tool is missing; cure: scripts/packages.sh build"
 done
 
@@ -33,6 +34,7 @@ for plugin in "${plugins[@]}"; do
     [[ -e $qt_plugins/$plugin ]] || fail "Qt's plug-in $plugin is missing in $qt_plugins; cure: scripts/packages.sh run"
     install -D -m 0644 "$qt_plugins/$plugin" "$prefix/plugins/$plugin"
 done
+loaded=(libSDL2-2.0.so.0) # controllers
 printf '[Paths]\nPrefix=..\nPlugins=plugins\n' >"$prefix/bin/qt.conf"
 
 mapfile -t patterns < <(grep -v -e '^#' -e '^$' "$here/system-libraries.txt")
@@ -56,6 +58,13 @@ trap 'rm -rf "$elsewhere"' EXIT
 declare -A origin=()
 queue=("$prefix/bin/tarvik-editor" "${plugins[@]/#/$prefix/plugins/}")
 mapfile -t -O "${#queue[@]}" queue < <(find "$libraries" -maxdepth 1 -name 'libtarvik_*.so.*' -type f)
+known=$(ldconfig -p)
+for name in "${loaded[@]}"; do
+    path=$(awk -v name="$name" '$1 == name { print $NF; exit }' <<<"$known") # a pipe's writer would die of the exit
+    [[ -n $path ]] || fail "$name is not installed; cure: scripts/packages.sh run"
+    origin[$name]=$path
+    queue+=("$path")
+done
 while ((${#queue[@]} > 0)); do
     file=${queue[0]}
     queue=("${queue[@]:1}")

@@ -7,7 +7,7 @@ declare -A groups=(
     [build]="g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-base-private-dev libvulkan-dev
              libvulkan-volk-dev glslc libglm-dev libfmt-dev nlohmann-json3-dev libsdl2-dev libwayland-dev
              libwayland-bin wayland-protocols libxkbcommon-dev patchelf"
-    [run]="libvulkan1 mesa-vulkan-drivers libqt6svg6 qt6-wayland fonts-noto-core fonts-dejavu-core"
+    [run]="libvulkan1 mesa-vulkan-drivers libqt6svg6 qt6-wayland libsdl2-2.0-0 fonts-noto-core fonts-dejavu-core"
     [headless]="xvfb mesa-vulkan-drivers"
     [test]="libgtest-dev vulkan-validationlayers vulkan-tools weston sway grim imagemagick xdotool
             g++-mingw-w64-x86-64-posix wine64 wine"

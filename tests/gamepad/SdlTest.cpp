@@ -54,7 +54,11 @@ private:
 class GamepadSdlTest : public testing::Test {
 protected:
     // Real controllers of the machine stay out of the way.
-    GamepadSdlTest() { SDL_SetHint(SDL_HINT_GAMECONTROLLER_IGNORE_DEVICES_EXCEPT, "0xF055/0x0001"); }
+    GamepadSdlTest() {
+        SDL_SetHint(SDL_HINT_GAMECONTROLLER_IGNORE_DEVICES_EXCEPT, "0xF055/0x0001");
+        EXPECT_FALSE(source->isReady()) << "loads SDL before the first frame";
+        EXPECT_TRUE(source->isReady());
+    }
 
     std::unique_ptr<GamepadSource> source = GamepadSource::create();
 };
@@ -86,20 +90,22 @@ TEST_F(GamepadSdlTest, EveryControlArrivesInXInputsFormAndLeavesNoEvents) {
 }
 
 TEST_F(GamepadSdlTest, ReadersShareAControllerAndTheLastOneEndsTheSubsystem) {
-    source.reset();
     {
         auto one = std::make_unique<GamepadReader>();
         GamepadReader other;
+        InputState input;
+        one->poll(input); // takes up SDL at the next
+        other.poll(input);
         EXPECT_FALSE(SDL_WasInit(SDL_INIT_VIDEO));
         VirtualDevice pad{"shared pad"};
         pad.setButton(SDL_CONTROLLER_BUTTON_A, true);
-        InputState input;
         one->poll(input);
         EXPECT_TRUE(input.isHeld(GamepadButton::A));
         one.reset();
         input = {};
         other.poll(input);
         EXPECT_TRUE(input.isHeld(GamepadButton::A));
+        source.reset();
         for (const int signal : {SIGINT, SIGTERM}) {
             struct sigaction action {};
             ASSERT_EQ(sigaction(signal, nullptr, &action), 0);
