@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -187,11 +188,15 @@ void VulkanViewport::warpWhenAstray(QPointF position) {
     const QPoint centre(width() / 2, height() / 2);
     if ((position - centre).manhattanLength() <= kLookRadius)
         return;
-    QCursor::setPos(mapToGlobal(centre));
+    const QPoint aim = mapToGlobal(centre);
+    QCursor::setPos(aim);
     // Asking waits for the display server: a move that it learns of from here on starts at the centre. One
     // that it learnt of before the warp may be merged with the warp's own and be lost.
     static_cast<void>(QCursor::pos());
-    warpedFrom = std::exchange(lastPos, centre);
+    // It lands on a whole pixel of the screen.
+    const QPointF onScreen = aim - screen()->geometry().topLeft();
+    const QPointF landing = QPointF((onScreen * devicePixelRatio()).toPoint()) / devicePixelRatio();
+    warpedFrom = std::exchange(lastPos, centre + (landing - onScreen));
 }
 
 void VulkanViewport::startLooking() {
@@ -256,6 +261,7 @@ bool VulkanViewport::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::ShortcutOverride:
     case QEvent::FocusOut:
     case QEvent::ApplicationDeactivate:
+    case QEvent::Expose:
         break;
     default:
         if (watched != container)
@@ -293,6 +299,10 @@ bool VulkanViewport::takeFromApplication(QObject* watched, QEvent* event) {
         return false;
     case QEvent::ApplicationDeactivate:
         releaseInput();
+        return false;
+    case QEvent::Expose:
+        if (!warpAvailable && isAround(watched))
+            wakeWhenNotExposed();
         return false;
     default:
         return false;

@@ -69,10 +69,10 @@ VulkanViewport::VulkanViewport(AppContext& context, ViewportClient& viewportClie
     if (!warpAvailable)
         pointerLock = WaylandPointerLock::create();
     if (pointerLock) {
-        // Motion that arrives while no frame is drawn must not add up to one great leap. Between two frames
-        // it belongs to the next.
+        // Motion that arrives while no frames are drawn must not add up to one great leap. While they are,
+        // however slowly, it belongs to the next one.
         connect(&lockDrainTimer, &QTimer::timeout, this, [this] {
-            if (frameClock.hasExpired(kLockDrainInterval.count()))
+            if (!framePending)
                 static_cast<void>(pointerLock->takeMotion());
         });
         lockDrainTimer.start(kLockDrainInterval);
@@ -225,25 +225,26 @@ WId VulkanViewport::nativeParent() const {
 // showing its container once wakes it.
 void VulkanViewport::wakeWhenNotExposed() {
     constexpr std::chrono::milliseconds patience{200};
-    if (std::exchange(wakePending, true))
-        return;
-    QTimer::singleShot(patience, this, [this] {
-        wakePending = false;
+    // Before the top level is exposed there is nothing to wait for; its exposure comes here again.
+    const auto sleeps = [this] {
         if (failed || isExposed() || !container || !container->isVisible())
-            return;
+            return false;
         const QWindow* topLevel = container->window()->windowHandle();
-        if (!topLevel || !topLevel->isExposed()) {
-            wakeWhenNotExposed();
-            return;
-        }
+        return topLevel && topLevel->isExposed();
+    };
+    if (wakePending || !sleeps())
+        return;
+    wakePending = true;
+    QTimer::singleShot(patience, this, [this, sleeps] {
         const QPointer<VulkanViewport> self(this);
-        wakePending = true; // or the show below would ask for the next one
-        const bool hadFocus = container->hasFocus();
-        container->hide();
-        if (self && container) {
-            container->show();
-            if (hadFocus)
-                container->setFocus();
+        if (sleeps()) {
+            const bool hadFocus = container->hasFocus();
+            container->hide();
+            if (self && container) {
+                container->show(); // with a wake pending, which it would ask for
+                if (hadFocus)
+                    container->setFocus();
+            }
         }
         if (self)
             wakePending = false;

@@ -13,9 +13,11 @@
 #include <pointer-constraints-unstable-v1.inc>
 #include <relative-pointer-unstable-v1.inc>
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <initializer_list>
+#include <list>
 #include <utility>
 
 namespace tarvik::app {
@@ -51,6 +53,13 @@ struct WaylandPointerLock::State {
     State& operator=(const State&) = delete;
     ~State() { unlock(); }
 
+    struct Seat {
+        State& owner;
+        std::uint32_t name;
+        Owned<wl_seat, wl_seat_release> object;
+        bool hasPointer = false;
+    };
+
     bool connect();
     void bind(std::uint32_t name, const char* interface, std::uint32_t version);
     void disconnect();
@@ -64,11 +73,10 @@ struct WaylandPointerLock::State {
     Owned<wl_registry, wl_registry_destroy> registry;
     Owned<zwp_pointer_constraints_v1, zwp_pointer_constraints_v1_destroy> constraints;
     Owned<zwp_relative_pointer_manager_v1, zwp_relative_pointer_manager_v1_destroy> relativePointers;
-    Owned<wl_seat, wl_seat_release> seat;
-    std::uint32_t seatName = 0;
-    bool seatHasPointer = false;
+    std::list<Seat> seats; // at addresses that their listeners keep
 
     // From lock() to unlock().
+    const Seat* lockedSeat = nullptr;
     Owned<wl_pointer, wl_pointer_release> pointer;
     Owned<zwp_relative_pointer_v1, zwp_relative_pointer_v1_destroy> relativePointer;
     Owned<zwp_locked_pointer_v1, zwp_locked_pointer_v1_destroy> lockedPointer;
@@ -104,11 +112,9 @@ bool WaylandPointerLock::State::connect() {
         .global_remove =
             [](void* data, wl_registry* /*registry*/, std::uint32_t name) {
                 auto& state = *static_cast<State*>(data);
-                if (!state.seat || name != state.seatName)
-                    return;
-                state.unlock();
-                state.seat.reset();
-                state.seatHasPointer = false;
+                if (state.lockedSeat && state.lockedSeat->name == name)
+                    state.unlock();
+                state.seats.remove_if([name](const Seat& seat) { return seat.name == name; });
             },
     };
 
@@ -124,14 +130,16 @@ bool WaylandPointerLock::State::connect() {
     setQueue(wrapper.get(), queue.get());
     registry.reset(wl_display_get_registry(wrapper.get()));
     wl_registry_add_listener(registry.get(), &listener, this);
-    // The second answer holds what the seat has.
+    // The second answer holds what the seats have.
     for (int answers = 0; answers < 2; ++answers) {
         if (wl_display_roundtrip_queue(display, queue.get()) < 0)
             disconnect();
     }
     for (void* object :
-         std::initializer_list<void*>{registry.get(), constraints.get(), relativePointers.get(), seat.get()})
+         std::initializer_list<void*>{registry.get(), constraints.get(), relativePointers.get()})
         setQueue(object, nullptr);
+    for (const Seat& seat : seats)
+        setQueue(seat.object.get(), nullptr);
     wl_display_dispatch_queue_pending(display, queue.get());
     return constraints && relativePointers;
 }
@@ -140,10 +148,10 @@ void WaylandPointerLock::State::bind(std::uint32_t name, const char* interface, 
     static constexpr wl_seat_listener listener{
         .capabilities =
             [](void* data, wl_seat* /*seat*/, std::uint32_t capabilities) {
-                auto& state = *static_cast<State*>(data);
-                state.seatHasPointer = capabilities & WL_SEAT_CAPABILITY_POINTER;
-                if (!state.seatHasPointer)
-                    state.unlock();
+                auto& seat = *static_cast<Seat*>(data);
+                seat.hasPointer = capabilities & WL_SEAT_CAPABILITY_POINTER;
+                if (!seat.hasPointer && seat.owner.lockedSeat == &seat)
+                    seat.owner.unlock();
             },
         .name = [](void* /*data*/, wl_seat* /*seat*/, const char* /*name*/) {},
     };
@@ -157,19 +165,15 @@ void WaylandPointerLock::State::bind(std::uint32_t name, const char* interface, 
         constraints.reset(static_cast<zwp_pointer_constraints_v1*>(bound));
     } else if (bound = bindAs(zwp_relative_pointer_manager_v1_interface, 1); bound) {
         relativePointers.reset(static_cast<zwp_relative_pointer_manager_v1*>(bound));
-    } else if (seat) {
-        return;
     } else if (bound = bindAs(wl_seat_interface, kSeatVersion); bound) {
-        seat.reset(static_cast<wl_seat*>(bound));
-        seatName = name;
-        wl_seat_add_listener(seat.get(), &listener, this);
+        Seat& seat = seats.emplace_back(*this, name, decltype(Seat::object)(static_cast<wl_seat*>(bound)));
+        wl_seat_add_listener(seat.object.get(), &listener, &seat);
     }
 }
 
 void WaylandPointerLock::State::disconnect() {
     unlock();
-    seatHasPointer = false;
-    seat.reset();
+    seats.clear();
     relativePointers.reset();
     constraints.reset();
     registry.reset();
@@ -191,13 +195,15 @@ bool WaylandPointerLock::State::lock() {
     if (lockedPointer)
         return true;
     QWindow* window = wayland::windowUnderPointer();
-    if (!window || !seatHasPointer)
+    const auto seat = std::ranges::find_if(seats, &Seat::hasPointer);
+    if (!window || seat == seats.end())
         return false;
     if (current)
         current->unlock();
     current = this;
     motion = {};
-    pointer.reset(wl_seat_get_pointer(seat.get()));
+    lockedSeat = &*seat;
+    pointer.reset(wl_seat_get_pointer(seat->object.get()));
     relativePointer.reset(
         zwp_relative_pointer_manager_v1_get_relative_pointer(relativePointers.get(), pointer.get()));
     zwp_relative_pointer_v1_add_listener(relativePointer.get(), &listener, this);
@@ -246,6 +252,7 @@ void WaylandPointerLock::State::unlock() {
     lockedPointer.reset();
     relativePointer.reset();
     pointer.reset();
+    lockedSeat = nullptr;
     if (current == this)
         current = nullptr;
 }

@@ -3,10 +3,7 @@
 #include <QProcess>
 
 #include <virtual-pointer.h>
-#include <virtual-pointer.inc>
 #include <wayland-client.h>
-
-#include <cstring>
 
 namespace tarvik::test {
 namespace {
@@ -19,24 +16,10 @@ void x(const QStringList& arguments) {
 
 } // namespace
 
-Mouse::Mouse() : display_(wl_display_connect(nullptr)) {
-    static constexpr wl_registry_listener listener{
-        .global =
-            [](void* data, wl_registry* registry, std::uint32_t name, const char* interface,
-               std::uint32_t /*version*/) {
-                const wl_interface& wanted = zwlr_virtual_pointer_manager_v1_interface;
-                if (std::strcmp(interface, wanted.name) == 0)
-                    static_cast<Mouse*>(data)->manager_ = static_cast<zwlr_virtual_pointer_manager_v1*>(
-                        wl_registry_bind(registry, name, &wanted, 1));
-            },
-        .global_remove = [](void* /*data*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {},
-    };
-    wl_registry* registry = wl_display_get_registry(display_);
-    wl_registry_add_listener(registry, &listener, this);
-    wl_display_roundtrip(display_);
-    wl_registry_destroy(registry);
-    if (manager_)
-        pointer_ = zwlr_virtual_pointer_manager_v1_create_virtual_pointer(manager_, nullptr);
+Mouse::Mouse() {
+    if (connection_.pointers)
+        pointer_ =
+            zwlr_virtual_pointer_manager_v1_create_virtual_pointer(connection_.pointers, connection_.seat);
     else // A compositor that misses where X's pointer is at its start, learns it when that comes in anew.
         moveTo(1500, 900);
 }
@@ -45,15 +28,11 @@ Mouse::~Mouse() {
     button(Button::Up); // the X display outlives the compositor
     if (pointer_)
         zwlr_virtual_pointer_v1_destroy(pointer_);
-    if (manager_)
-        zwlr_virtual_pointer_manager_v1_destroy(manager_);
-    wl_display_roundtrip(display_);
-    wl_display_disconnect(display_);
 }
 
 void Mouse::send() {
     zwlr_virtual_pointer_v1_frame(pointer_);
-    wl_display_roundtrip(display_);
+    wl_display_roundtrip(connection_.display);
 }
 
 void Mouse::moveTo(int left, int top) {

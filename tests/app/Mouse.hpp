@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Connection.hpp"
+
 #include <cstdint>
 
-struct wl_display;
-struct zwlr_virtual_pointer_manager_v1;
 struct zwlr_virtual_pointer_v1;
 
 namespace tarvik::test {
@@ -31,8 +31,7 @@ public:
 private:
     void send();
 
-    wl_display* display_; // not the windows' connection
-    zwlr_virtual_pointer_manager_v1* manager_ = nullptr;
+    Connection connection_;
     zwlr_virtual_pointer_v1* pointer_ = nullptr;
 };
 

@@ -48,10 +48,15 @@ protected:
         QCoreApplication::processEvents(); // until then what has been hidden is exposed
         mouse_->isDevice() ? window_->show() : window_->showFullScreen();
         ASSERT_TRUE(pumpUntil([&] { return window_->windowHandle()->isExposed(); }));
-        container_->hide(); // wakes an embedded window that was not exposed with its top level
-        QCoreApplication::processEvents();
-        container_->show();
-        ASSERT_TRUE(pumpUntil([&] { return view_->isExposed(); }));
+        // Wakes an embedded window that was not exposed with its top level; in vain while that waits for a
+        // late picture.
+        ASSERT_TRUE(pumpUntil([&] {
+            container_->hide();
+            QCoreApplication::processEvents();
+            container_->show();
+            QCoreApplication::processEvents();
+            return view_->isExposed();
+        }));
     }
 
     // And holds.
@@ -69,7 +74,10 @@ protected:
     void lock() {
         ASSERT_NE(lock_, nullptr);
         const int before = view_->presses;
-        pressUntil([&] { return view_->presses > before; });
+        pressUntil([&] {
+            view_->update(); // what it paints while its top level waits for a frame is dropped
+            return view_->presses > before;
+        });
         ASSERT_TRUE(lock_->lock());
         ASSERT_TRUE(pumpUntil([&] { return lock_->isActive(); }));
     }

@@ -21,7 +21,7 @@
 #include <QTimer>
 #include <QWheelEvent>
 
-#include <array>
+#include <cmath>
 #include <functional>
 
 namespace tarvik::app {
@@ -45,7 +45,8 @@ struct InputClient final : bench::IdleClient {
             throw std::runtime_error("no");
     }
     void note(const std::string& operation, glm::vec2 ndc) {
-        note(operation, fmt::format(" {:.1f} {:.1f}", ndc.x, ndc.y));
+        // In tenths, to which the pixels of any scale round.
+        note(operation, fmt::format(" {} {}", std::lround(ndc.x * 10.0F), std::lround(ndc.y * 10.0F)));
     }
     void update(float /*dt*/, const InputState& input, bool /*windowActive*/) override {
         motion += input.mouseDelta();
@@ -75,10 +76,11 @@ protected:
         script() = {};
         hand_.start("xdotool", {"-"});
         EXPECT_TRUE(hand_.waitForStarted()) << hand_.errorString().toStdString();
-        window_.setGeometry(30, 30, 400, 400);
+        // Multiples of four are whole pixels at a scale of 1.25, too.
+        window_.setGeometry(32, 32, 400, 400);
         edit_.setGeometry(0, 0, 400, 40);
-        button_.setGeometry(0, 350, 400, 50);
-        other_.setGeometry(500, 30, 200, 200);
+        button_.setGeometry(0, 352, 400, 48);
+        other_.setGeometry(500, 32, 200, 200);
         make();
     }
 
@@ -92,7 +94,7 @@ protected:
         delete container_;
         viewport_ = new VulkanViewport(context_, client_);
         container_ = QWidget::createWindowContainer(viewport_, &window_);
-        container_->setGeometry(0, 50, 400, 300);
+        container_->setGeometry(0, 52, 400, 300);
         viewport_->setInputContainer(container_);
         container_->show();
         other_.show();
@@ -231,13 +233,13 @@ TEST_F(ViewportInputTest, FourPixelsAreAClickAndFiveADrag) {
         moveInside({200, 150});
         client_.calls.clear();
         act("mousedown 1");
-        EXPECT_TRUE(pumpUntil([&] { return wasCalled("pressed 0.0 0.0"); }));
+        EXPECT_TRUE(pumpUntil([&] { return wasCalled("pressed 0 0"); }));
         EXPECT_EQ(viewport_->input().isHeld(MouseButton::Left), !consumed);
         moveInside({200 - distance, 150});
         moveInside({200, 150});
         act("mouseup 1");
-        EXPECT_TRUE(pumpUntil([&] { return wasCalled("released 0.0 0.0"); }));
-        EXPECT_EQ(wasCalled("clicked 0.0 0.0"), clicks);
+        EXPECT_TRUE(pumpUntil([&] { return wasCalled("released 0 0"); }));
+        EXPECT_EQ(wasCalled("clicked 0 0"), clicks);
         EXPECT_FALSE(viewport_->input().isHeld(MouseButton::Left));
     }
 }
@@ -302,7 +304,7 @@ TEST_F(ViewportInputTest, DropsOfFilesAreCopies) {
         QTimer::singleShot(0, &window_, [this] { moveTo(*container_, {200, 150}); });
         EXPECT_EQ(drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction),
                   accepts ? Qt::CopyAction : Qt::IgnoreAction);
-        EXPECT_EQ(client_.calls, accepts ? Names{"dropped 2 0.0 0.0"} : Names{});
+        EXPECT_EQ(client_.calls, accepts ? Names{"dropped 2 0 0"} : Names{});
     }
 }
 
@@ -316,21 +318,19 @@ TEST_F(ViewportInputTest, PassThroughHandsOnWhatTheContainerGets) {
     expectHeld(Key::W, true);
     EXPECT_TRUE(viewport_->input().isHeld(MouseButton::Right));
     EXPECT_TRUE(pumpUntil([&] { return client_.scroll == 1.0F && wasCalled("key F"); }));
-    EXPECT_EQ(client_.calls, (Names{"pressed 0.0 0.0", "released 0.0 0.0", "clicked 0.0 0.0", "key F"}));
+    EXPECT_EQ(client_.calls, (Names{"pressed 0 0", "released 0 0", "clicked 0 0", "key F"}));
     EXPECT_EQ(edit_.text(), "");
 }
 
 TEST_F(ViewportInputTest, EveryKeyHasItsNumber) {
-    // clang-format off
-    const std::array keys{
-        Qt::Key_W, Qt::Key_A, Qt::Key_S, Qt::Key_D, Qt::Key_Q, Qt::Key_E, Qt::Key_F, Qt::Key_Up, Qt::Key_Down,
-        Qt::Key_Left, Qt::Key_Right, Qt::Key_Space, Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt, Qt::Key_Escape,
-        Qt::Key_Enter, Qt::Key_Tab, Qt::Key_Backspace, Qt::Key_B, Qt::Key_C, Qt::Key_G, Qt::Key_H, Qt::Key_I,
-        Qt::Key_J, Qt::Key_K, Qt::Key_L, Qt::Key_M, Qt::Key_N, Qt::Key_O, Qt::Key_P, Qt::Key_R, Qt::Key_T,
-        Qt::Key_U, Qt::Key_V, Qt::Key_X, Qt::Key_Y, Qt::Key_Z, Qt::Key_0, Qt::Key_1, Qt::Key_2, Qt::Key_3,
-        Qt::Key_4, Qt::Key_5, Qt::Key_6, Qt::Key_7, Qt::Key_8, Qt::Key_9};
-    // clang-format on
-    const auto send = [&](QEvent::Type type, Qt::Key key, bool repeated = false) {
+    std::vector<int> keys{'W', 'A', 'S', 'D', 'Q', 'E', 'F'};
+    for (const Qt::Key key :
+         {Qt::Key_Up, Qt::Key_Down, Qt::Key_Left, Qt::Key_Right, Qt::Key_Space, Qt::Key_Shift,
+          Qt::Key_Control, Qt::Key_Alt, Qt::Key_Escape, Qt::Key_Enter, Qt::Key_Tab, Qt::Key_Backspace})
+        keys.push_back(key);
+    for (const char key : std::string("BCGHIJKLMNOPRTUVXYZ0123456789"))
+        keys.push_back(key);
+    const auto send = [&](QEvent::Type type, int key, bool repeated = false) {
         QKeyEvent event(type, key, Qt::NoModifier, {}, repeated);
         QCoreApplication::sendEvent(viewport_, &event);
     };

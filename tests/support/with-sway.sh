@@ -3,9 +3,11 @@
 source "$(dirname "${BASH_SOURCE[0]}")/compositor.sh"
 command -v sway >/dev/null || fail "sway is missing; cure: scripts/packages.sh test"
 
+# The devices that tests make are the second seat's; the first one has none.
 cat >"$compositor_dir/config" <<CONFIG
 xwayland disable
 output HEADLESS-1 resolution 1280x800
+seat second attach no-device
 seat * pointer_constraint enable
 CONFIG
 start=(env -u DISPLAY -u WAYLAND_DISPLAY WLR_BACKENDS=headless WLR_RENDERER=pixman WLR_LIBINPUT_NO_DEVICES=1
