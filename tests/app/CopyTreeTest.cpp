@@ -24,9 +24,7 @@ class CopyTreeTest : public testing::Test {
 protected:
     CopyTreeTest() { fs::create_directory(from); }
 
-    std::string copy(const CopyFilter& filter = {}) {
-        return test::errorOf(copyTree(from, to, filter, progress));
-    }
+    std::string copy() { return test::errorOf(copyTree(from, to, {}, progress)); }
 
     test::TemporaryFolder folder_;
     fs::path from = folder_ / "from";
@@ -96,25 +94,6 @@ TEST_F(CopyTreeTest, FailuresNameWhatTheyAreAboutAndNothingBlocks) {
     writeText(file, "content");
     const test::FileSizeLimit fullDisk(3);
     EXPECT_EQ(copy(), cannotCopy + ": File too large");
-}
-
-TEST_F(CopyTreeTest, TheFilterIsAskedFolderFirstAndNeverBelowWhatItLeavesOut) {
-    fs::create_directories(from / "a/b");
-    fs::create_directory(from / "Saved");
-    fs::create_directory_symlink("a", from / "link");
-    for (const char* name : {"Saved/Thumbnail.png", "a/b/c.txt", "a/d.txt"})
-        writeText(from / name, "");
-    std::set<std::string> asked;
-    EXPECT_EQ(copy([&](const fs::path& relative) {
-                  asked.insert(relative.string());
-                  EXPECT_TRUE(fs::exists((to / relative).parent_path())) << relative;
-                  return relative == "Saved" || relative == "a/d.txt" || relative == "link";
-              }),
-              "<success>");
-    EXPECT_EQ(asked, (std::set<std::string>{"Saved", "a", "a/b", "a/b/c.txt", "a/d.txt", "link"}));
-    EXPECT_EQ(namesIn(to), std::set<std::string>{"a"});
-    EXPECT_EQ(namesIn(to / "a"), std::set<std::string>{"b"});
-    EXPECT_EQ(namesIn(to / "a/b"), std::set<std::string>{"c.txt"});
 }
 
 TEST_F(CopyTreeTest, FilesReplaceWhatIsThereAndKeepTheirModeAndContent) {

@@ -23,17 +23,13 @@ namespace {
 namespace fs = std::filesystem;
 using test::pumpUntil;
 using test::readText;
+using test::writeText;
 
 // So that what must not happen gets time to: longer than the end of a burst of changes is waited for, in
 // passes of the event loop, of which a busy machine makes fewer.
 void pumpQuietly() {
     int passes = 0;
     pumpUntil([&] { return ++passes == 600; });
-}
-
-void write(const fs::path& file, std::string_view text = "") {
-    fs::create_directories(file.parent_path());
-    test::writeText(file, text);
 }
 
 // A project's builder and what it said.
@@ -58,7 +54,7 @@ struct ScriptBuilderTest : testing::Test {
 
     // A stand-in, and no other program than those installed so.
     void install(const char* program, const std::string& script) {
-        write(home / "bin" / program, "#!/bin/bash\n" + script + "\n");
+        writeText(home / "bin" / program, "#!/bin/bash\n" + script + "\n");
         fs::permissions(home / "bin" / program, fs::perms::owner_all);
         qputenv("PATH", (home / "bin").string().c_str());
     }
@@ -83,39 +79,35 @@ struct ScriptBuilderTest : testing::Test {
 };
 
 TEST_F(ScriptBuilderTest, NewBehavioursAreNamedAndWrittenOnce) {
-    QString error;
-    const auto refused = [&](const std::string& name) {
-        EXPECT_FALSE(build.builder->createBehaviour(QString::fromStdString(name), &error));
-        return error.toStdString();
+    const auto make = [&](const char* name) {
+        QString error;
+        return build.builder->createBehaviour(name, &error) ? "made" : error.toStdString();
     };
-    for (const std::string name : {"1A", "My Behaviour", "a-b", ""})
-        EXPECT_EQ(refused(name), "'" + name + "' is not a valid C++ class name.");
+    EXPECT_EQ(make("My Behaviour"), "'My Behaviour' is not a valid C++ class name.");
     EXPECT_FALSE(fs::exists(root));
-    ASSERT_TRUE(build.builder->createBehaviour(QStringLiteral("Spinner"), nullptr));
-    EXPECT_EQ(refused("Spinner"), (scripts / "Spinner.cpp").string() + " already exists.");
-    EXPECT_EQ(readText(scripts / "Spinner.cpp").size(), 674U);
+    EXPECT_EQ(make("Spinner"), "made");
+    EXPECT_EQ(make("Spinner"), (scripts / "Spinner.cpp").string() + " already exists.");
     const test::FileSizeLimit fullDisk(100);
-    EXPECT_TRUE(refused("_tmp").starts_with("cannot write " + (scripts / "_tmp.cpp").string() + ": "));
+    EXPECT_TRUE(make("_tmp").starts_with("cannot write " + (scripts / "_tmp.cpp").string() + ": "));
 }
 
 TEST_F(ScriptBuilderTest, RealBuildsFailAndRecover) {
     build.builder->createBehaviour(QStringLiteral("Spinner"), nullptr);
-    write(scripts / "A.cpp", "int twice() { return 1; }\n");
+    writeText(scripts / "A.cpp", "int twice() { return 1; }\n");
     ASSERT_TRUE(build.run()) << build.output;
     EXPECT_TRUE(fs::exists(toPath(build.builder->libraryPath())));
-    EXPECT_EQ(readText(tree / "src/tarvik_module.cpp").size(), 107U);
     const auto written = fs::last_write_time(tree / "src/tarvik_module.cpp");
-    write(tree / "src/CMakeLists.txt", "edited");
+    writeText(tree / "src/CMakeLists.txt", "edited");
     for (const auto& [text, message] : {std::pair{"#error " + std::string(5000, 'x') + "\n", "#error"},
                                         {"int twice() { return 2; }\n", "multiple definition"}}) {
-        write(scripts / "ai/B.cpp", text);
+        writeText(scripts / "ai/B.cpp", text);
         EXPECT_FALSE(build.run());
         EXPECT_TRUE(build.output.contains(message)) << build.output;
     }
     EXPECT_EQ(QString::fromStdString(log.lines(LogLevel::Warn).front()).size(), 21 + 4000);
     fs::remove(scripts / "A.cpp");
     EXPECT_TRUE(build.run()) << build.output;
-    EXPECT_EQ(readText(tree / "src/CMakeLists.txt").size(), 1327U) << "an edited file was kept";
+    EXPECT_NE(readText(tree / "src/CMakeLists.txt"), "edited");
     EXPECT_EQ(fs::last_write_time(tree / "src/tarvik_module.cpp"), written) << "a current file was written";
 }
 
@@ -128,12 +120,12 @@ TEST_F(ScriptBuilderTest, EveryFailureSaysWhatIsWrong) {
     };
     const std::pair<std::function<void()>, std::string> cases[] = {
         {[] {}, "No scripts: add .cpp files to " + scripts.string() + "."},
-        {[&] { write(scripts / "ai/Enemy.cpp"), qputenv("PATH", "/nowhere"); },
+        {[&] { writeText(scripts / "ai/Enemy.cpp"), qputenv("PATH", "/nowhere"); },
          "CMake was not found. Install CMake and a C++20 compiler (GCC, Clang or Visual Studio) to build "
          "scripts."},
-        {[&] { write(tree), install("cmake", "exit 1"); }, "cannot create " + tree.string()},
+        {[&] { writeText(tree), install("cmake", "exit 1"); }, "cannot create " + tree.string()},
         {[&] { fs::remove(tree), fs::create_directories(list); }, "cannot write " + list.string() + ": "},
-        {[&] { fs::remove(list), write(home / "bin/cmake", "#!/nowhere\n"); }, "cannot start cmake: "},
+        {[&] { fs::remove(list), writeText(home / "bin/cmake", "#!/nowhere\n"); }, "cannot start cmake: "},
         {cmake("/bin/rm $0; echo configured"), "configured\ncannot start cmake: "},
         {cmake("echo oops; kill -9 $$"), "oops\n"},
     };
@@ -147,13 +139,13 @@ TEST_F(ScriptBuilderTest, EveryFailureSaysWhatIsWrong) {
 
 TEST_F(ScriptBuilderTest, TheGeneratorIsChosenOncePerTree) {
     install("cmake", "[ $1 = --build ] || echo \"${@:9}.\"");
-    write(scripts / "A.cpp");
+    writeText(scripts / "A.cpp");
     EXPECT_TRUE(build.run());
     EXPECT_EQ(build.output, ".\n") << "without ninja";
     install("ninja", "");
     EXPECT_TRUE(build.run());
     EXPECT_EQ(build.output, "-G Ninja.\n");
-    write(tree / "obj/CMakeCache.txt");
+    writeText(tree / "obj/CMakeCache.txt");
     EXPECT_TRUE(build.run());
     EXPECT_EQ(build.output, ".\n") << "in a tree that has one";
 }
@@ -161,7 +153,7 @@ TEST_F(ScriptBuilderTest, TheGeneratorIsChosenOncePerTree) {
 TEST_F(ScriptBuilderTest, RequestsDuringABuildGiveOneMore) {
     // An odd number of bytes lays a character across every even place at which the output can be cut.
     install("cmake", R"sh([ $1 = -S ] || printf x%s "$(printf '\303\274%.0s' {1..99999})")sh");
-    write(scripts / "A.cpp");
+    writeText(scripts / "A.cpp");
     build.on(&ScriptBuilder::buildStarted, [this] {
         for (int i = 0; i < 10 && build.started == 1; ++i)
             build.builder->build();
@@ -183,13 +175,11 @@ TEST_F(ScriptBuilderTest, ABuilderThatGoesLeavesNoProcess) {
         std::size_t runs; // at least so often then
     } cases[] = {
         {"before its start", sleepers + "wait", "sleep", 0},
-        {"configuring", sleepers + "wait", "sleep", 2},
         {"building", "[ $1 = -S ] && exit; " + sleepers + "wait", "sleep", 2},
         {"really configuring", "", "cc1plus", 1},
-        {"really building", "", "Slow.cpp", 1},
         {"its leader gone", sleepers, "sleep", 2},
     };
-    write(scripts / "Slow.cpp", "#include <regex>\nstd::regex expression(\"x\");\n");
+    writeText(scripts / "A.cpp");
     for (const auto& [when, cmake, program, runs] : cases) {
         SCOPED_TRACE(when);
         qputenv("PATH", path);
@@ -218,7 +208,7 @@ TEST_F(ScriptBuilderTest, ReceiversMayDestroyTheBuilder) {
         EXPECT_FALSE(destroyed.builder);
     };
     destroy(&ScriptBuilder::buildFinished); // there are no scripts yet
-    write(scripts / "A.cpp");
+    writeText(scripts / "A.cpp");
     destroy(&ScriptBuilder::buildStarted);
     install("cmake", "exit 0");
     destroy(&ScriptBuilder::buildFinished);
@@ -230,12 +220,12 @@ TEST_F(ScriptBuilderTest, ReceiversMayDestroyTheBuilder) {
 TEST_F(ScriptBuilderTest, AWaitEndsAtItsLimitAndTheBuildGoesOn) {
     install("cmake", "[ $1 = --build ] || read < " + (home / "gate").string());
     ASSERT_EQ(::mkfifo((home / "gate").c_str(), 0600), 0);
-    write(scripts / "A.cpp");
+    writeText(scripts / "A.cpp");
     QTimer::singleShot(0, build.builder.get(), [&] {
         QString error;
         EXPECT_FALSE(build.builder->buildBlocking(&error, 1));
         EXPECT_EQ(error, QStringLiteral("script build timed out"));
-        write(home / "gate", "\n");
+        writeText(home / "gate", "\n");
     });
     EXPECT_TRUE(build.run());
 }

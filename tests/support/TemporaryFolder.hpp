@@ -73,7 +73,10 @@ private:
     bool changed_;
 };
 
-inline void writeText(const std::filesystem::path& file, std::string_view text) {
+// With the folders above it.
+inline void writeText(const std::filesystem::path& file, std::string_view text = "") {
+    std::error_code existing;
+    std::filesystem::create_directories(file.parent_path(), existing);
     std::ofstream(file, std::ios::binary) << text;
 }
 
