@@ -43,8 +43,8 @@ int buildProject(const app::AppOptions& options, const TerminationSignals& termi
     if (const QString problem = problemWithProjectPlace(root); !problem.isEmpty())
         return fail(ExitStatus::Failed, problem);
 
+    removeMovedBuildTree(root);
     app::ScriptBuilder builder(root);
-    removeMovedBuildTree(builder.buildDir());
     const auto tell = [&options](const QString& line) {
         if (!options.quiet)
             writeText(stdout, line + '\n');

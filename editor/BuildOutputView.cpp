@@ -1,5 +1,7 @@
 #include "BuildOutputView.hpp"
 
+#include "DisplayText.hpp"
+
 #include <QFontDatabase>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -52,10 +54,10 @@ QString BuildOutputView::takePiece() {
     const qsizetype end = std::min(shown_ + kPiece, output_.size());
     QString piece;
     while (shown_ < end) {
-        const QStringView line =
-            QStringView(output_).sliced(shown_, std::min(output_.size() - shown_, kLongestLine));
+        const QStringView rest = QStringView(output_).sliced(shown_);
+        const QStringView line = rest.first(std::min(rest.size(), kLongestLine));
         const qsizetype lineFeed = line.indexOf(u'\n');
-        const qsizetype length = lineFeed < 0 ? line.size() : lineFeed + 1;
+        const qsizetype length = lineFeed < 0 ? wholeCharacters(rest, kLongestLine) : lineFeed + 1;
         piece += line.first(length);
         shown_ += length;
         if (lineFeed < 0 && shown_ < output_.size())

@@ -47,28 +47,19 @@ QString countText(int errors, int warnings) {
 
 } // namespace
 
-BuildPanel::BuildPanel(QWidget* parent)
-    : QWidget(parent),
-      tabs_(new QTabWidget),
-      model_(new DiagnosticModel(this)),
-      table_(createTable()),
-      output_(new BuildOutputView) {
+BuildPanel::BuildPanel(QWidget* parent) : QWidget(parent), model_(new DiagnosticModel(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
     layout->setSpacing(6);
     layout->addWidget(createTools());
 
-    notice_ = plainLabel({});
+    notice_ = plainLabel({}, this);
     colourText(*notice_, LogLevel::Warn);
     notice_->setMinimumWidth(1); // a long path must not widen the window
     notice_->hide();
     layout->addWidget(notice_);
 
-    tabs_->setDocumentMode(true);
-    tabs_->addTab(table_, {});
-    output_->setAccessibleName(tr("Output of the build"));
-    tabs_->addTab(output_, tr("&Output"));
-    layout->addWidget(tabs_, 1);
+    layout->addWidget(createTabs(), 1);
 
     elapsedTimer_.setInterval(kElapsedIntervalMs);
     connect(&elapsedTimer_, &QTimer::timeout, this, &BuildPanel::showElapsed);
@@ -76,22 +67,22 @@ BuildPanel::BuildPanel(QWidget* parent)
 }
 
 QWidget* BuildPanel::createTools() {
-    auto* tools = new QWidget;
+    auto* tools = new QWidget(this);
     auto* layout = new QHBoxLayout(tools);
     layout->setContentsMargins(0, 0, 0, 0);
 
-    state_ = plainLabel({});
+    state_ = plainLabel({}, tools);
     state_->setMinimumWidth(1); // as with the notice
     layout->addWidget(state_, 1);
 
-    progress_ = new QProgressBar;
+    progress_ = new QProgressBar(tools);
     progress_->setRange(0, 0); // nobody knows how much there is to do
     progress_->setTextVisible(false);
     progress_->setFixedSize(8 * fontMetrics().height(), fontMetrics().height() / 2);
     progress_->setAccessibleName(tr("The build is running"));
     layout->addWidget(progress_);
 
-    start_ = new QPushButton(tr("B&uild"));
+    start_ = new QPushButton(tr("B&uild"), tools);
     start_->setToolTip(tr("Build the project's behaviours"));
     connect(start_, &QPushButton::clicked, this, [this] {
         if (build_)
@@ -99,7 +90,7 @@ QWidget* BuildPanel::createTools() {
     });
     layout->addWidget(start_);
 
-    cancel_ = new QPushButton(tr("Ca&ncel"));
+    cancel_ = new QPushButton(tr("Ca&ncel"), tools);
     cancel_->setToolTip(tr("End the build that is running"));
     connect(cancel_, &QPushButton::clicked, this, [this] {
         if (build_)
@@ -109,8 +100,19 @@ QWidget* BuildPanel::createTools() {
     return tools;
 }
 
+QWidget* BuildPanel::createTabs() {
+    tabs_ = new QTabWidget(this);
+    tabs_->setDocumentMode(true);
+    table_ = createTable();
+    tabs_->addTab(table_, {});
+    output_ = new BuildOutputView(tabs_);
+    output_->setAccessibleName(tr("Output of the build"));
+    tabs_->addTab(output_, tr("&Output"));
+    return tabs_;
+}
+
 QTableView* BuildPanel::createTable() {
-    auto* table = new QTableView;
+    auto* table = new QTableView(tabs_);
     table->setModel(model_);
     table->setAccessibleName(tr("Problems"));
     table->setSelectionBehavior(QAbstractItemView::SelectRows);

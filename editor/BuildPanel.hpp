@@ -32,6 +32,7 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QWidget* createTools();
+    [[nodiscard]] QWidget* createTabs();
     [[nodiscard]] QTableView* createTable();
 
     void showStarted();
@@ -51,10 +52,10 @@ private:
     QPushButton* start_ = nullptr;
     QPushButton* cancel_ = nullptr;
     QLabel* notice_ = nullptr; // about a file that could not be opened
-    QTabWidget* tabs_;
+    QTabWidget* tabs_ = nullptr;
     DiagnosticModel* model_;
-    QTableView* table_;
-    BuildOutputView* output_;
+    QTableView* table_ = nullptr;
+    BuildOutputView* output_ = nullptr;
     QTimer elapsedTimer_;
 };
 

@@ -1,7 +1,13 @@
 #include "Controls.hpp"
 
+#include "EditorStyle.hpp"
+
 #include <QCoreApplication>
-#include <QMessageBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
 
 #include <initializer_list>
 #include <utility>
@@ -47,12 +53,19 @@ QString controls() {
 } // namespace
 
 void showControls(QWidget& parent) {
-    auto* box =
-        new QMessageBox(QMessageBox::NoIcon, Text::tr("Controls"), controls(), QMessageBox::Close, &parent);
-    box->setTextFormat(Qt::RichText);
-    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    auto* dialog = new QDialog(&parent);
+    dialog->setWindowTitle(Text::tr("Controls"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    auto* text = new QLabel(controls(), dialog);
+    text->setTextFormat(Qt::RichText);
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, dialog);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+    QFormLayout* form = createDialogForm(*dialog);
+    form->addRow(text);
+    form->addRow(buttons);
+    buttons->button(QDialogButtonBox::Close)->setFocus();
+    dialog->open();
 }
 
 } // namespace tarvik::editor

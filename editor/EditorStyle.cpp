@@ -4,8 +4,10 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QVariant>
 
 #include <utility>
@@ -22,14 +24,29 @@ const char* const kStyleSheet = R"(
 QPushButton:focus, QToolButton:focus, QCheckBox::indicator:focus { border-color: #4f8cff; }
 QPushButton[accent="true"]:focus { border-color: #ffffff; }
 QPushButton[accent="true"]:disabled { color: #5b616c; background: #1e2126; border-color: #2a2e35; }
-QTreeView, QListView, QTableView { border: 1px solid transparent; }
-QTreeView:focus, QListView:focus, QTableView:focus { border-color: #4f8cff; }
+QTreeView, QListView, QTableView, QScrollArea { border: 1px solid transparent; }
+QTreeView:focus, QListView:focus, QTableView:focus, QScrollArea:focus { border-color: #4f8cff; }
+QTabBar::tab:selected:focus { background: #2b4a80; color: #ffffff; }
 QMenu::indicator { left: 6px; width: 14px; height: 14px; }
 QCheckBox::indicator:checked, QMenu::indicator:checked { image: url(:/editor/icons/check.svg); }
 QComboBox::down-arrow { image: url(:/editor/icons/down.svg); width: 12px; height: 12px; }
 QTabBar { qproperty-drawBase: 0; }
 QTabWidget::pane { border: none; border-top: 1px solid #23262d; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
+QMessageBox {
+    messagebox-critical-icon: url(:/icons/error.svg); messagebox-warning-icon: url(:/icons/warning.svg);
+    messagebox-information-icon: url(:/icons/info.svg);
+    messagebox-question-icon: url(:/editor/icons/question.svg);
+}
+QLineEdit { lineedit-clear-button-icon: url(:/icons/close.svg); }
+QFileDialog {
+    backward-icon: url(:/icons/back.svg); forward-icon: url(:/editor/icons/forward.svg);
+    filedialog-parent-directory-icon: url(:/editor/icons/up.svg);
+    filedialog-new-directory-icon: url(:/icons/plus.svg); filedialog-listview-icon: url(:/icons/grid.svg);
+    filedialog-detailedview-icon: url(:/editor/icons/list.svg);
+}
+QComboBox { padding-left: 8px; }
+QTableView QHeaderView::section { padding-left: 3px; }
 )";
 
 } // namespace
@@ -66,7 +83,7 @@ void styleText(QLabel& label, TextRole role) {
 }
 
 QFormLayout* createDialogForm(QDialog& dialog) {
-    auto* heading = new QLabel(dialog.windowTitle());
+    auto* heading = new QLabel(dialog.windowTitle(), &dialog);
     heading->setContentsMargins(0, 0, 0, 4);
     styleText(*heading, TextRole::Heading);
     auto* form = new QFormLayout(&dialog);
@@ -76,6 +93,18 @@ QFormLayout* createDialogForm(QDialog& dialog) {
     form->setVerticalSpacing(10);
     form->addRow(heading);
     return form;
+}
+
+QPushButton* addDialogButtons(QDialog& dialog, const QString& accept) {
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog);
+    auto* accepting = new QPushButton(accept, buttons);
+    accepting->setProperty("accent", true); // which the style sheet asks for when the button joins the others
+    buttons->addButton(accepting, QDialogButtonBox::AcceptRole);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    qobject_cast<QFormLayout*>(dialog.layout())->addRow(buttons);
+    accepting->setDefault(true); // which counts only within the dialog
+    return accepting;
 }
 
 } // namespace tarvik::editor

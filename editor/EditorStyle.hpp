@@ -8,11 +8,12 @@ class QApplication;
 class QDialog;
 class QFormLayout;
 class QLabel;
+class QPushButton;
 
 namespace tarvik::editor {
 
 // The theme, and what it leaves open: visible keyboard focus, an accent that can be disabled, marks for check
-// boxes and drop-down lists, quiet frames around tabs.
+// boxes and drop-down lists, quiet frames around tabs, signs of the icon set in place of the toolkit's own.
 void applyEditorStyle(QApplication& application);
 
 [[nodiscard]] QColor logLevelColour(LogLevel level);
@@ -27,5 +28,8 @@ void styleText(QLabel& label, TextRole role);
 
 // The layout of a dialog's rows, below the dialog's title as heading.
 [[nodiscard]] QFormLayout* createDialogForm(QDialog& dialog);
+
+// Below these rows: Cancel, and the emphasised default button that accepts, which is returned.
+[[nodiscard]] QPushButton* addDialogButtons(QDialog& dialog, const QString& accept);
 
 } // namespace tarvik::editor

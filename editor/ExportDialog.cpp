@@ -2,6 +2,7 @@
 
 #include "DisplayText.hpp"
 #include "EditorStyle.hpp"
+#include "FolderDialog.hpp"
 #include "ProjectBuild.hpp"
 
 #include <tarvik/app/Paths.hpp>
@@ -12,7 +13,6 @@
 #include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QLabel>
@@ -35,12 +35,12 @@ constexpr int kProgressSteps = 1000; // a progress bar counts in int
 ExportDialog::ExportDialog(ProjectBuild& build, const QString& name, QWidget* parent)
     : QDialog(parent),
       build_(&build),
-      platform_(new QComboBox),
-      name_(new QLineEdit(name)),
-      folder_(new QLineEdit),
-      form_(makeForm()),
-      progress_(new QProgressBar),
-      message_(plainLabel({})) {
+      platform_(new QComboBox(this)),
+      name_(new QLineEdit(name, this)),
+      folder_(new QLineEdit(this)),
+      browse_(new QPushButton(tr("&Browse…"), this)),
+      progress_(new QProgressBar(this)),
+      message_(plainLabel({}, this)) {
     setWindowTitle(tr("Export Game"));
     setAttribute(Qt::WA_DeleteOnClose);
 
@@ -48,6 +48,13 @@ ExportDialog::ExportDialog(ProjectBuild& build, const QString& name, QWidget* pa
         platform_->addItem(QString::fromStdString(target.platform));
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     folder_->setText(QDir::toNativeSeparators(documents + '/' + name));
+    browse_->setAutoDefault(false);
+    browse_->setAccessibleName(tr("Browse for the folder"));
+    connect(browse_, &QPushButton::clicked, this, &ExportDialog::chooseFolder);
+    auto* place = new QHBoxLayout;
+    place->setSpacing(8);
+    place->addWidget(folder_, 1);
+    place->addWidget(browse_);
 
     progress_->setRange(0, kProgressSteps);
     progress_->setTextVisible(false);
@@ -55,7 +62,6 @@ ExportDialog::ExportDialog(ProjectBuild& build, const QString& name, QWidget* pa
     message_->setMinimumHeight(3 * fontMetrics().lineSpacing());
     message_->setAlignment(Qt::AlignTop);
     message_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    styleText(*message_, TextRole::Muted);
 
     auto* buttons = new QDialogButtonBox;
     export_ = buttons->addButton(tr("&Export"), QDialogButtonBox::AcceptRole);
@@ -71,9 +77,12 @@ ExportDialog::ExportDialog(ProjectBuild& build, const QString& name, QWidget* pa
     });
 
     QFormLayout* form = createDialogForm(*this);
-    form->addRow(form_);
-    form->addRow(progress_);
-    form->addRow(message_);
+    form->addRow(tr("&Platform"), platform_);
+    form->addRow(tr("&Name"), name_);
+    form->addRow(tr("&Folder"), place);
+    qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(folder_);
+    form->addRow({}, progress_);
+    form->addRow({}, message_);
     form->addRow(buttons);
     setMinimumWidth(560);
 
@@ -89,39 +98,20 @@ ExportDialog::ExportDialog(ProjectBuild& build, const QString& name, QWidget* pa
     enter(Stage::Asking, {});
 }
 
-QWidget* ExportDialog::makeForm() {
-    auto* browse = new QPushButton(tr("&Browse…"));
-    browse->setAutoDefault(false);
-    connect(browse, &QPushButton::clicked, this, &ExportDialog::chooseFolder);
-    auto* place = new QHBoxLayout;
-    place->setSpacing(8);
-    place->addWidget(folder_, 1);
-    place->addWidget(browse);
-
-    auto* widget = new QWidget;
-    auto* form = new QFormLayout(widget);
-    form->setContentsMargins(0, 0, 0, 0);
-    form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    form->setHorizontalSpacing(14);
-    form->setVerticalSpacing(10);
-    form->addRow(tr("&Platform"), platform_);
-    form->addRow(tr("&Name"), name_);
-    form->addRow(tr("&Folder"), place);
-    qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(folder_);
-    return widget;
-}
-
 void ExportDialog::enter(Stage stage, const QString& message) {
     stage_ = stage;
     const bool asking = stage == Stage::Asking;
     const bool exported = stage == Stage::Exported;
-    form_->setEnabled(asking);
+    for (QWidget* field : {static_cast<QWidget*>(platform_), static_cast<QWidget*>(name_),
+                           static_cast<QWidget*>(folder_), static_cast<QWidget*>(browse_)})
+        field->setEnabled(asking);
     export_->setVisible(!exported);
     open_->setVisible(exported);
     close_->setText(exported ? tr("Close") : tr("Cancel"));
     progress_->setVisible(!asking && !exported);
     progress_->setMaximum(stage == Stage::Exporting ? kProgressSteps : 0); // 0: it only moves
     (exported ? close_ : export_)->setDefault(true);
+    colourText(*message_, asking ? LogLevel::Warn : LogLevel::Debug); // when asking, it says what is wrong
     update();
     if (!message.isEmpty())
         message_->setText(wrappable(message));
@@ -152,15 +142,10 @@ QString ExportDialog::destination() const {
 }
 
 void ExportDialog::chooseFolder() {
-    const QDir above(QFileInfo(destination()).path());
-    auto* dialog = new QFileDialog(this, windowTitle(), above.exists() ? above.path() : QDir::homePath());
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QFileDialog::fileSelected, folder_, [this](const QString& chosen) {
+    askForFolder(this, windowTitle(), QFileInfo(destination()).path(), [this](const QString& chosen) {
         const QString place = QDir(chosen).isEmpty() ? chosen : QDir(chosen).filePath(name_->text());
         folder_->setText(QDir::toNativeSeparators(place));
     });
-    dialog->open();
 }
 
 void ExportDialog::accept() {

@@ -33,7 +33,6 @@ protected:
 private:
     enum class Stage : std::uint8_t { Asking, Building, Exporting, Exported };
 
-    [[nodiscard]] QWidget* makeForm();
     void enter(Stage stage, const QString& message);
     void update();
     // Empty when the fields are good.
@@ -55,7 +54,7 @@ private:
     QComboBox* platform_;
     QLineEdit* name_;
     QLineEdit* folder_;
-    QWidget* form_;
+    QPushButton* browse_;
     QProgressBar* progress_;
     QLabel* message_;
     QPushButton* export_;

@@ -2,6 +2,7 @@
 
 #include "DisplayText.hpp"
 #include "EditorStyle.hpp"
+#include "FolderDialog.hpp"
 #include "ProjectGrid.hpp"
 
 #include <tarvik/app/Paths.hpp>
@@ -10,7 +11,6 @@
 
 #include <QAccessible>
 #include <QDesktopServices>
-#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -28,6 +28,7 @@ namespace tarvik::editor {
 namespace {
 
 constexpr int kLogo = 40;
+constexpr int kLogoInset = 4; // how far from the edge its drawing begins
 constexpr int kPictogram = 48;
 constexpr int kTextWidth = 420;
 constexpr int kSearchWidth = 260;
@@ -36,60 +37,51 @@ constexpr QSize kNoRoom(1, 1);   // all of it is for the docks beside another pa
 constexpr int kShownName = 40;   // letters of a name within a sentence
 
 QString shortName(const RecentProject& project) {
-    const QString name = oneLine(QString::fromStdString(project.name));
-    return name.size() > kShownName ? name.left(kShownName) + u'…' : name;
+    return oneLine(QString::fromStdString(project.name), kShownName);
 }
 
-QPushButton* button(const QString& text, const QString& icon = {}) {
-    auto* made = new QPushButton(text);
+QPushButton* button(const QString& text, QWidget* parent, const QString& icon = {}) {
+    auto* made = new QPushButton(text, parent);
     made->setMinimumHeight(34);
     if (!icon.isEmpty())
         made->setIcon(app::theme::icon(icon));
     return made;
 }
 
-QLabel* pictogram(const QString& icon, int size) {
-    auto* label = new QLabel;
+QLabel* pictogram(const QString& icon, int size, QWidget* parent) {
+    auto* label = new QLabel(parent);
     label->setPixmap(app::theme::icon(icon).pixmap(size));
     return label;
 }
 
 // In the middle of what the cards leave: a picture, what is the matter, what to do about it.
-QWidget* message(const QString& icon, QLabel* title, QLabel* text, const QList<QPushButton*>& buttons) {
-    auto* page = new QWidget;
+void arrangeMessage(QWidget* page, const QString& icon, const QString& title, QLabel* text,
+                    QPushButton* remedy) {
     auto* rows = new QVBoxLayout(page);
     rows->setSpacing(10);
     rows->addStretch(2);
-    rows->addWidget(pictogram(icon, kPictogram), 0, Qt::AlignHCenter);
-    title->setAlignment(Qt::AlignCenter);
-    rows->addWidget(title);
+    rows->addWidget(pictogram(icon, kPictogram, page), 0, Qt::AlignHCenter);
+    QLabel* heading = plainLabel(title, page);
+    styleText(*heading, TextRole::Heading);
+    heading->setAlignment(Qt::AlignCenter);
+    rows->addWidget(heading);
     styleText(*text, TextRole::Muted);
     text->setAlignment(Qt::AlignCenter);
     text->setFixedWidth(kTextWidth);
     // A column does not ask a centred label how high it becomes by wrapping.
     text->setMinimumHeight(std::max(text->heightForWidth(kTextWidth), 2 * text->fontMetrics().lineSpacing()));
     rows->addWidget(text, 0, Qt::AlignHCenter);
-    auto* row = new QHBoxLayout;
-    row->setContentsMargins(0, 10, 0, 0);
-    row->addStretch(1);
-    for (QPushButton* each : buttons)
-        row->addWidget(each);
-    row->addStretch(1);
-    rows->addLayout(row);
+    rows->addSpacing(10);
+    rows->addWidget(remedy, 0, Qt::AlignHCenter);
     rows->addStretch(3);
-    return page;
 }
 
 } // namespace
 
-Hub::Hub(ProjectInspector::Inspect inspect, QWidget* parent)
-    : QWidget(parent),
-      inspector_(std::move(inspect)),
-      model_(inspector_) {
+Hub::Hub(QWidget* parent) : QWidget(parent), model_(inspector_) {
     found_.setSourceModel(&model_);
     found_.setFilterRole(ProjectModel::SearchRole);
     found_.setFilterCaseSensitivity(Qt::CaseInsensitive);
-    connect(&inspector_, &ProjectInspector::inspected, this, &Hub::answer);
 
     auto* page = new QHBoxLayout(this);
     page->setContentsMargins(40, 36, 16, 16);
@@ -101,21 +93,26 @@ Hub::Hub(ProjectInspector::Inspect inspect, QWidget* parent)
 }
 
 QWidget* Hub::createGreeting() {
-    auto* greeting = new QWidget;
+    auto* greeting = new QWidget(this);
     greeting->setFixedWidth(200);
-    auto* title = plainLabel(tr("Tarvik"));
+    QLabel* logo = pictogram("logo", kLogo, greeting);
+    // In line with the title below.
+    const QPixmap framed = logo->pixmap();
+    const int inset = qRound(kLogoInset * framed.devicePixelRatio());
+    logo->setPixmap(framed.copy(framed.rect().adjusted(inset, 0, 0, 0)));
+    auto* title = plainLabel(tr("Tarvik"), greeting);
     styleText(*title, TextRole::Heading);
 
-    create_ = button(tr("&New Project…"));
+    create_ = button(tr("&New Project…"), greeting);
     create_->setProperty("accent", true);
     connect(create_, &QPushButton::clicked, this, [this] { Q_EMIT newRequested(ProjectTemplate::Empty); });
-    auto* open = button(tr("&Open Project…"));
+    auto* open = button(tr("&Open Project…"), greeting);
     connect(open, &QPushButton::clicked, this, &Hub::openRequested);
 
     auto* layout = new QVBoxLayout(greeting);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
-    layout->addWidget(pictogram("logo", kLogo));
+    layout->addWidget(logo);
     layout->addWidget(title);
     layout->addSpacing(16);
     layout->addWidget(create_);
@@ -125,15 +122,17 @@ QWidget* Hub::createGreeting() {
 }
 
 QWidget* Hub::createRecent() {
-    notice_ = plainLabel({});
+    auto* recent = new QWidget(this);
+    notice_ = plainLabel({}, recent);
     notice_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     // The application's style sheet gives every widget its colour, over the palette.
     notice_->setStyleSheet("color: " + logLevelColour(LogLevel::Warn).name());
     notice_->hide();
 
-    auto* heading = new QLabel(tr("Recent projects"));
+    caption_ = new QWidget(recent);
+    auto* heading = new QLabel(tr("Recent projects"), caption_);
     styleText(*heading, TextRole::Section);
-    search_ = new QLineEdit;
+    search_ = new QLineEdit(caption_);
     search_->setPlaceholderText(
         tr("Search (%1)").arg(QKeySequence(QKeySequence::Find).toString(QKeySequence::NativeText)));
     search_->setAccessibleName(tr("Search the recent projects"));
@@ -141,7 +140,8 @@ QWidget* Hub::createRecent() {
     search_->addAction(app::theme::icon("search"), QLineEdit::LeadingPosition);
     search_->setFixedWidth(kSearchWidth);
 
-    grid_ = new ProjectGrid;
+    pages_ = new QStackedWidget(recent);
+    grid_ = new ProjectGrid(pages_);
     grid_->setAccessibleName(tr("Recent projects"));
     grid_->setModel(&found_);
     connect(grid_, &QListView::activated, this, &Hub::choose);
@@ -167,61 +167,59 @@ QWidget* Hub::createRecent() {
     });
     onKey(QKeySequence::Undo, this, [this] { restore(); });
 
-    caption_ = new QWidget;
     auto* caption = new QHBoxLayout(caption_);
     caption->setContentsMargins(0, 0, kBesideCards, 0);
     caption->addWidget(heading);
     caption->addWidget(search_, 1, Qt::AlignRight);
 
-    pages_ = new QStackedWidget;
     for (QWidget* each :
          {static_cast<QWidget*>(grid_), empty_ = createEmpty(), nothingFound_ = createNothingFound()})
         pages_->addWidget(each);
 
-    auto* recent = new QWidget;
     auto* layout = new QVBoxLayout(recent);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(16);
     layout->addWidget(notice_);
     layout->addWidget(caption_);
     layout->addWidget(pages_, 1);
-    layout->addWidget(createUndoBar());
+    layout->addWidget(createUndoBar(recent));
     return recent;
 }
 
 QWidget* Hub::createEmpty() {
-    auto* title = plainLabel(tr("No projects yet"));
-    styleText(*title, TextRole::Heading);
-    auto* sample = button(tr("Start from the &Sample…"), "sparkle");
+    auto* page = new QWidget(pages_);
+    auto* sample = button(tr("Start from the &Sample…"), page, "sparkle");
     connect(sample, &QPushButton::clicked, this, [this] { Q_EMIT newRequested(ProjectTemplate::Sample); });
-    return message("cube", title,
+    arrangeMessage(page, "cube", tr("No projects yet"),
                    plainLabel(tr("Make a new project, or open a folder that holds one. To see first what a "
                                  "game looks like in the editor, start from the sample: it becomes a project "
-                                 "of your own.")),
-                   {sample});
+                                 "of your own."),
+                              page),
+                   sample);
+    return page;
 }
 
 QWidget* Hub::createNothingFound() {
-    nothingFoundText_ = plainLabel({});
-    auto* title = plainLabel(tr("No project found"));
-    styleText(*title, TextRole::Heading);
-    auto* clear = button(tr("&Clear Search"), "close");
+    auto* page = new QWidget(pages_);
+    nothingFoundText_ = plainLabel({}, page);
+    auto* clear = button(tr("&Clear Search"), page, "close");
     connect(clear, &QPushButton::clicked, this, [this] {
         search_->clear();
         grid_->setFocus();
     });
-    return message("search", title, nothingFoundText_, {clear});
+    arrangeMessage(page, "search", tr("No project found"), nothingFoundText_, clear);
+    return page;
 }
 
-QWidget* Hub::createUndoBar() {
-    undoText_ = plainLabel({});
-    auto* undo = new QPushButton(tr("&Undo"));
+QWidget* Hub::createUndoBar(QWidget* parent) {
+    undoBar_ = new QWidget(parent);
+    undoText_ = plainLabel({}, undoBar_);
+    auto* undo = new QPushButton(tr("&Undo"), undoBar_);
     connect(undo, &QPushButton::clicked, this, &Hub::restore);
-    auto* close = new QToolButton;
+    auto* close = new QToolButton(undoBar_);
     close->setIcon(app::theme::icon("close"));
     close->setToolTip(tr("Close"));
     close->setAccessibleName(tr("Close the message"));
-    undoBar_ = new QWidget;
     connect(close, &QToolButton::clicked, undoBar_, &QWidget::hide);
     auto* row = new QHBoxLayout(undoBar_);
     row->setContentsMargins(0, 0, kBesideCards, 0);
@@ -280,7 +278,6 @@ void Hub::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     if (event->spontaneous())
         return;
-    cancelOpening();
     undoBar_->hide();
     search_->clear();
     setMinimumSize(kNoRoom);
@@ -293,8 +290,8 @@ void Hub::showPage() {
         pages_->setCurrentWidget(grid_);
         return;
     }
-    nothingFoundText_->setText(tr("No recent project has “%1” in its name or folder.")
-                                   .arg(oneLine(search_->text()).left(kShownName)));
+    nothingFoundText_->setText(
+        tr("No recent project has “%1” in its name or folder.").arg(oneLine(search_->text(), kShownName)));
     pages_->setCurrentWidget(any ? nothingFound_ : empty_);
 }
 
@@ -310,30 +307,7 @@ const RecentProject* Hub::current() const {
 
 void Hub::choose(const QModelIndex& index) {
     if (index.isValid())
-        open(model_.project(found_.mapToSource(index).row()));
-}
-
-void Hub::open(const RecentProject& project) {
-    awaited_ = project;
-    model_.setAwaited(project.path);
-    inspector_.inspect(project.path, ProjectModel::thumbnailSize());
-}
-
-void Hub::cancelOpening() {
-    awaited_.reset();
-    model_.setAwaited({});
-}
-
-void Hub::answer(const std::filesystem::path& folder, const ProjectState& state) {
-    if (!awaited_ || awaited_->path != folder)
-        return;
-    const RecentProject project = *awaited_;
-    awaited_.reset();
-    model_.setAwaited({});
-    if (state.missing && isVisible())
-        locate(project);
-    else
-        Q_EMIT projectChosen(app::toQString(folder));
+        Q_EMIT projectChosen(model_.project(found_.mapToSource(index).row()));
 }
 
 void Hub::remove() {
@@ -362,14 +336,9 @@ void Hub::restore() {
 }
 
 void Hub::locate(const RecentProject& project) {
-    auto* dialog = new QFileDialog(this, tr("Where Is “%1” Now?").arg(shortName(project)),
-                                   app::Preferences::load().effectiveProjectsDirectory());
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QFileDialog::fileSelected, this,
-            [this, project](const QString& folder) { Q_EMIT located(project, folder); });
-    dialog->open();
+    askForFolder(this, tr("Where Is “%1” Now?").arg(shortName(project)),
+                 app::Preferences::load().effectiveProjectsDirectory(),
+                 [this, project](const QString& folder) { Q_EMIT located(project, folder); });
 }
 
 void Hub::showFolder() {

@@ -27,23 +27,20 @@ class Hub final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit Hub(ProjectInspector::Inspect inspect = inspectProject, QWidget* parent = nullptr);
+    explicit Hub(QWidget* parent = nullptr);
 
     void setProjects(std::span<const RecentProject> projects);
-    // Chooses the project once its folder has answered, in place of one that is still awaited. Can be called
-    // while the hub is hidden.
-    void open(const RecentProject& project);
-    void cancelOpening();
     // Something the user should know before opening a project; empty for nothing.
     void setNotice(const QString& text);
     // As far as is known.
     [[nodiscard]] bool isMissing(const std::filesystem::path& folder) const;
+    // Asks where the project is now.
+    void locate(const RecentProject& project);
 
 Q_SIGNALS:
     void newRequested(tarvik::editor::ProjectTemplate start);
     void openRequested();
-    // Its folder has just answered. It holds a project, unless the hub is hidden and has nothing to offer.
-    void projectChosen(const QString& folder);
+    void projectChosen(const tarvik::RecentProject& project);
     void removalRequested(const tarvik::RecentProject& project);
     // After its removal.
     void restoreRequested(const tarvik::RecentProject& project);
@@ -59,15 +56,13 @@ private:
     [[nodiscard]] QWidget* createRecent();
     [[nodiscard]] QWidget* createEmpty();
     [[nodiscard]] QWidget* createNothingFound();
-    [[nodiscard]] QWidget* createUndoBar();
+    [[nodiscard]] QWidget* createUndoBar(QWidget* parent);
     void createMenu();
 
     void showPage();
     void choose(const QModelIndex& index);
-    void answer(const std::filesystem::path& folder, const ProjectState& state);
     void remove();
     void restore();
-    void locate(const RecentProject& project);
     void showFolder();
     void showMenu(const QPoint& globalPosition);
     void select(int row);
@@ -76,7 +71,6 @@ private:
     ProjectInspector inspector_;
     ProjectModel model_;
     QSortFilterProxyModel found_;
-    std::optional<RecentProject> awaited_; // to be opened once its folder has answered
     std::optional<RecentProject> removed_; // to be put back
 
     QPushButton* create_ = nullptr;

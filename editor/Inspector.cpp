@@ -8,6 +8,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
+#include <QRegularExpression>
 #include <QTextDocumentFragment>
 #include <QVBoxLayout>
 
@@ -34,10 +35,16 @@ QString colour(const Colour& value) {
     return QString("<span style='background-color:%1'>&nbsp;&nbsp;&nbsp;&nbsp;</span> %1").arg(name);
 }
 
+// With places to wrap it between its words: PlayerMovement, Wall_North.
+QString wrappableName(QString name) {
+    static const QRegularExpression ends(R"((_|\p{Ll}(?=[\p{Lu}\d])))");
+    return name.replace(ends, QStringLiteral("\\1\u200b"));
+}
+
 // The rows of one entity, in sections.
 class Sheet final {
 public:
-    explicit Sheet(QWidget& page) : form_(new QFormLayout(&page)) {
+    explicit Sheet(QWidget& page) : page_(page), form_(new QFormLayout(&page)) {
         form_->setContentsMargins(12, 12, 12, 12);
         form_->setHorizontalSpacing(16);
         form_->setVerticalSpacing(6);
@@ -45,23 +52,20 @@ public:
     }
 
     void heading(const QString& text) {
-        auto* label = new QLabel(text);
-        label->setTextFormat(Qt::PlainText);
-        label->setWordWrap(true);
-        label->setMinimumWidth(1); // a long name must not widen the sheet
+        QLabel* label = nameLabel(text);
         styleText(*label, TextRole::Heading);
         form_->addRow(label);
     }
 
     void section(const QString& text) {
-        auto* label = new QLabel(text);
+        auto* label = new QLabel(text, &page_);
         label->setContentsMargins(0, 10, 0, 0);
         styleText(*label, TextRole::Section);
         form_->addRow(label);
     }
 
     void row(const QString& name, const QString& value, Qt::TextFormat format = Qt::PlainText) {
-        auto* label = new QLabel(value);
+        auto* label = new QLabel(value, &page_);
         label->setTextFormat(format);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         // An accessible name stands in for the text: it has to say the value too.
@@ -69,12 +73,32 @@ public:
         label->setAccessibleName(QString("%1: %2").arg(
             name, isRich ? QTextDocumentFragment::fromHtml(value).toPlainText().trimmed() : value));
         label->setWordWrap(true);
-        auto* caption = new QLabel(name);
-        styleText(*caption, TextRole::Muted);
-        form_->addRow(caption, label);
+        addRow(name, label);
+    }
+
+    // Not to be copied: it would come with the places to wrap it.
+    void nameRow(const QString& caption, const QString& name) {
+        QLabel* label = nameLabel(name);
+        label->setAccessibleName(QString("%1: %2").arg(caption, name));
+        addRow(caption, label);
     }
 
 private:
+    QLabel* nameLabel(const QString& name) {
+        QLabel* label = plainLabel(wrappableName(name), &page_);
+        label->setAccessibleName(name);
+        label->setToolTip("<qt>" + name.toHtmlEscaped() + "</qt>");
+        label->setMinimumWidth(1); // a long name must not widen the sheet
+        return label;
+    }
+    void addRow(const QString& name, QLabel* value) {
+        auto* caption = new QLabel(name, &page_);
+        caption->setAlignment(Qt::AlignLeft | Qt::AlignTop); // beside the first line of the value
+        styleText(*caption, TextRole::Muted);
+        form_->addRow(caption, value);
+    }
+
+    QWidget& page_;
     QFormLayout* form_;
 };
 
@@ -122,7 +146,7 @@ void describe(Sheet& sheet, const Entity& entity) {
     }
     if (!entity.behaviour.empty()) {
         sheet.section(Inspector::tr("Script"));
-        sheet.row(Inspector::tr("Behaviour"), oneLine(QString::fromStdString(entity.behaviour)));
+        sheet.nameRow(Inspector::tr("Behaviour"), oneLine(QString::fromStdString(entity.behaviour)));
     }
 }
 
@@ -147,18 +171,17 @@ void Inspector::inspect(std::optional<std::size_t> entity) {
         showHint(tr("Select an entity in the scene to see what it is made of."));
         return;
     }
-    auto* page = new QWidget;
+    auto* page = new QWidget(viewport());
     Sheet sheet(*page);
     describe(sheet, scene_->entity(*entity));
     setWidget(page);
 }
 
 void Inspector::showHint(const QString& text) {
-    auto* page = new QWidget;
+    auto* page = new QWidget(viewport());
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(16, 16, 16, 16);
-    auto* hint = new QLabel(text);
-    hint->setWordWrap(true);
+    QLabel* hint = plainLabel(text, page);
     hint->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     styleText(*hint, TextRole::Muted);
     layout->addWidget(hint);

@@ -57,6 +57,8 @@ QWidget* LogPanel::createTools() {
     level->addItem(tr("Warnings and errors"), static_cast<int>(LogLevel::Warn));
     level->addItem(tr("Errors"), static_cast<int>(LogLevel::Error));
     level->setAccessibleName(tr("Least level shown"));
+    level->setAccessibleDescription(
+        level->accessibleName()); // on Linux a combo box's name is its current text
     connect(level, &QComboBox::currentIndexChanged, this,
             [this, level] { filter_->setLeastLevel(static_cast<LogLevel>(level->currentData().toInt())); });
     layout->addWidget(level);

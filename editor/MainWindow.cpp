@@ -10,16 +10,18 @@
 #include "Inspector.hpp"
 #include "LogPanel.hpp"
 #include "NewBehaviourDialog.hpp"
-#include "NewProjectDialog.hpp"
+#include "OpeningBar.hpp"
 #include "PictureSaver.hpp"
 #include "PreferencesDialog.hpp"
 #include "ProjectBuild.hpp"
+#include "ProjectOpener.hpp"
 #include "RecentProjects.hpp"
 #include "SceneTree.hpp"
 #include "Session.hpp"
 #include "StatusDisplay.hpp"
 #include "ThumbnailWriter.hpp"
 #include "ViewportPane.hpp"
+#include "WindowLayout.hpp"
 
 #include <tarvik/app/AppContext.hpp>
 #include <tarvik/app/Paths.hpp>
@@ -34,27 +36,19 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDockWidget>
-#include <QFileDialog>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QSettings>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 namespace tarvik::editor {
 namespace {
 
-constexpr int kLayoutVersion = 2;
 constexpr int kMessageMs = 10'000;
-const char* const kGeometryKey = "mainWindow/geometry";
-const char* const kLayoutKey = "mainWindow/layout";
-
-std::filesystem::path projectsDir() {
-    return app::toPath(app::Preferences::load().effectiveProjectsDirectory());
-}
 
 } // namespace
 
@@ -62,38 +56,29 @@ MainWindow::MainWindow(Session& session)
     : session_(session),
       client_(session.options()),
       runner_(session, *this),
+      bar_(new OpeningBar(this)),
+      opener_(std::make_unique<ProjectOpener>(*bar_, *this)),
       pages_(new QStackedWidget(this)),
-      hub_(new Hub(inspectProject, pages_)),
-      recent_(std::make_unique<RecentProjects>(session, *hub_)),
+      hub_(new Hub(pages_)),
+      recent_(std::make_unique<RecentProjects>(session, *hub_, *bar_)),
       status_(std::make_unique<StatusDisplay>(*statusBar())),
       pane_(new ViewportPane(client_, pages_)),
       pictures_(new PictureSaver(*this, *pane_)) {
-    pages_->addWidget(hub_);
-    pages_->addWidget(pane_);
-    setCentralWidget(pages_);
-    connect(hub_, &Hub::newRequested, this, &MainWindow::askForNewProject);
-    connect(hub_, &Hub::openRequested, this, &MainWindow::askForProject);
-    connect(hub_, &Hub::projectChosen, this, &MainWindow::open);
-    connect(recent_.get(), &RecentProjects::awaited, this, [this](const QString& folder) {
-        statusBar()->showMessage(tr("Waiting for %1").arg(folder), kMessageMs);
-    });
-
-    createDocks();
+    createPages();
+    createPanels();
     createFileMenu();
     createViewMenu();
     createGameMenus();
     createHelpMenu();
-    createToolBar();
+    fillToolBar();
+    connectOpener();
 
     connect(sceneTree_, &SceneTree::entityChosen, &client_, &SceneViewClient::select);
     connect(sceneTree_, &SceneTree::entityChosen, inspector_, &Inspector::inspect);
     connect(sceneTree_, &SceneTree::entityActivated, &client_, &SceneViewClient::frameSelection);
     connect(&client_, &SceneViewClient::entityChosen, sceneTree_, &SceneTree::choose);
     connect(&client_, &SceneViewClient::entityChosen, inspector_, &Inspector::inspect);
-    // Queued: whoever dropped the file waits for the drop to end.
-    connect(&client_, &SceneViewClient::projectDropped, this, &MainWindow::open, Qt::QueuedConnection);
-    connect(&client_, &SceneViewClient::sceneDropped, this, &MainWindow::openScene, Qt::QueuedConnection);
-
+    connect(&client_, &SceneViewClient::tabPressed, pane_, &ViewportPane::passFocus);
     connect(pictures_, &PictureSaver::failed, this,
             [this](const QString& problem) { session_.reportFailure(this, problem); });
     session_.watch(*pane_);
@@ -109,7 +94,7 @@ MainWindow::MainWindow(Session& session)
             startRendering();
     });
     logPanel_->attach(*session_.context().logBridge);
-    restoreWindowState();
+    createLayout();
     showStartPage();
 }
 
@@ -120,16 +105,33 @@ MainWindow::~MainWindow() {
 void MainWindow::start() {
     const app::AppOptions& options = session_.options();
     if (!options.newProjectName.isEmpty()) {
-        const auto folder = options.projectDir.isEmpty() ? projectsDir() / app::toPath(options.newProjectName)
-                                                         : app::toPath(options.projectDir);
-        create(app::toQString(folder), options.newProjectName, ProjectTemplate::Empty);
+        const QString projects = app::Preferences::load().effectiveProjectsDirectory();
+        const QString standard = projects + '/' + options.newProjectName;
+        opener_->create(options.projectDir.isEmpty() ? standard : options.projectDir, options.newProjectName);
     } else if (!options.projectDir.isEmpty()) {
-        load(options.projectDir, options.scene, Viewpoint::New);
+        opener_->openAt(options.projectDir, options.scene, Viewpoint::New);
+    } else {
+        session_.show(*this);
+        return;
     }
-    session_.show(*this);
+    // Not the start page first, for a moment.
+    connect(
+        bar_, &OpeningBar::settled, this, [this] { session_.show(*this); }, Qt::SingleShotConnection);
 }
 
-void MainWindow::createDocks() {
+void MainWindow::createPages() {
+    pages_->addWidget(hub_);
+    pages_->addWidget(pane_);
+    auto* page = new QWidget(this);
+    auto* rows = new QVBoxLayout(page);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(bar_);
+    rows->addWidget(pages_, 1);
+    setCentralWidget(page);
+}
+
+void MainWindow::createPanels() {
     setDockNestingEnabled(true);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     const auto addDock = [this]<typename Content>(Content*& content, const QString& title, const char* name,
@@ -150,6 +152,8 @@ void MainWindow::createDocks() {
         addDock(buildPanel_, tr("Build"), "buildDock", Qt::BottomDockWidgetArea, QKeySequence("Ctrl+3"));
     QDockWidget* inspector = addDock(inspector_, tr("Inspector"), "inspectorDock", Qt::RightDockWidgetArea,
                                      QKeySequence("Ctrl+4"));
+    toolBar_ = addToolBar(tr("Tool Bar"));
+    toolBar_->setObjectName("toolBar");
     tabifyDockWidget(log, buildDock_);
     log->raise();
     resizeDocks({scene, inspector}, {280, 280}, Qt::Horizontal);
@@ -159,8 +163,8 @@ void MainWindow::createDocks() {
 void MainWindow::createFileMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
     menu->addAction(tr("&New Project…"), QKeySequence::New, this,
-                    [this] { askForNewProject(ProjectTemplate::Empty); });
-    menu->addAction(tr("&Open Project…"), QKeySequence::Open, this, &MainWindow::askForProject);
+                    [this] { opener_->askForNew(ProjectTemplate::Empty); });
+    menu->addAction(tr("&Open Project…"), QKeySequence::Open, opener_.get(), &ProjectOpener::ask);
     QMenu* recent = menu->addMenu(tr("Open &Recent"));
     connect(recent, &QMenu::aboutToShow, this, [this, recent] { recent_->fill(*recent); });
     menu->addSeparator();
@@ -193,10 +197,12 @@ void MainWindow::createFileMenu() {
 
 void MainWindow::createViewMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&View"));
-    for (const QDockWidget* dock : findChildren<QDockWidget*>()) {
-        menu->addAction(dock->toggleViewAction());
-        projectActions_ += dock->toggleViewAction();
-    }
+    QList<QAction*> panels;
+    for (const QDockWidget* dock : findChildren<QDockWidget*>())
+        panels += dock->toggleViewAction();
+    panels += toolBar_->toggleViewAction();
+    menu->addActions(panels);
+    projectActions_ += panels;
     menu->addSeparator();
     QAction* grid = menu->addAction(tr("Ground &Grid"));
     grid->setCheckable(true);
@@ -206,7 +212,7 @@ void MainWindow::createViewMenu() {
     // The scene view hears F by itself; as a shortcut it would be missing wherever one types.
     QAction* frame = menu->addAction(tr("&Frame Selection\tF"), &client_, &SceneViewClient::frameSelection);
     QAction* reset = menu->addAction(tr("&Reset Layout"));
-    connect(reset, &QAction::triggered, this, [this] { restoreState(standardLayout_, kLayoutVersion); });
+    connect(reset, &QAction::triggered, this, [this] { layout_->reset(); });
     projectActions_ += {grid, frame, reset};
 }
 
@@ -224,22 +230,19 @@ void MainWindow::createGameMenus() {
     connect(&runner_, &GameRunner::failed, this, &MainWindow::showGameProblem);
 }
 
-void MainWindow::createToolBar() {
-    auto* bar = new QToolBar(tr("Tools"), this);
-    bar->setObjectName("toolBar");
-    bar->setMovable(false);
-    bar->setIconSize({20, 20});
-    bar->addActions({game_->play(), game_->pause(), game_->stop()});
-    bar->addSeparator();
-    bar->addActions({game_->build(), export_});
-    bar->addSeparator();
-    bar->addAction(projectSettings_);
-    for (QAction* action : bar->actions()) {
-        if (QWidget* button = bar->widgetForAction(action); button != nullptr && !action->isSeparator())
+void MainWindow::fillToolBar() {
+    toolBar_->setMovable(false);
+    toolBar_->setIconSize({20, 20});
+    toolBar_->addActions({game_->play(), game_->pause(), game_->stop()});
+    toolBar_->addSeparator();
+    toolBar_->addActions({game_->build(), export_});
+    toolBar_->addSeparator();
+    toolBar_->addAction(projectSettings_);
+    for (QAction* action : toolBar_->actions()) {
+        QWidget* button = toolBar_->widgetForAction(action);
+        if (button != nullptr && !action->isSeparator())
             button->setFocusPolicy(Qt::TabFocus);
     }
-    addToolBar(bar);
-    toolBar_ = bar;
 }
 
 void MainWindow::createHelpMenu() {
@@ -250,74 +253,75 @@ void MainWindow::createHelpMenu() {
 }
 
 // A run that nobody watches looks the same every time: it neither takes up nor leaves a window state.
-void MainWindow::restoreWindowState() {
+void MainWindow::createLayout() {
     resize(1280, 800);
-    standardLayout_ = saveState(kLayoutVersion);
-    if (session_.isUnattended())
-        return;
-    const QSettings settings;
-    restoreGeometry(settings.value(kGeometryKey).toByteArray());
-    restoreState(settings.value(kLayoutKey).toByteArray(), kLayoutVersion);
+    layout_ = std::make_unique<WindowLayout>(*this);
+    if (!session_.isUnattended())
+        layout_->restore();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     saveThumbnail();
-    if (!session_.isUnattended()) {
-        QSettings settings;
-        settings.setValue(kGeometryKey, saveGeometry());
-        settings.setValue(kLayoutKey, docksAvailable_ ? saveState(kLayoutVersion) : layout_);
-    }
+    if (!session_.isUnattended())
+        layout_->save();
     QMainWindow::closeEvent(event);
 }
 
-void MainWindow::open(const QString& folder) {
-    load(folder, {}, Viewpoint::New);
+void MainWindow::connectOpener() {
+    connect(hub_, &Hub::newRequested, opener_.get(), &ProjectOpener::askForNew);
+    connect(hub_, &Hub::openRequested, opener_.get(), &ProjectOpener::ask);
+    connect(hub_, &Hub::projectChosen, opener_.get(), &ProjectOpener::openRecent);
+    connect(recent_.get(), &RecentProjects::chosen, opener_.get(), &ProjectOpener::openRecent);
+    connect(&client_, &SceneViewClient::projectDropped, opener_.get(), &ProjectOpener::open);
+    connect(&client_, &SceneViewClient::sceneDropped, opener_.get(), [this](const QString& file) {
+        if (project_)
+            opener_->openScene(project_->project.rootDir(), file);
+    });
+    connect(opener_.get(), &ProjectOpener::opened, this,
+            [this](const std::shared_ptr<OpenedProject>& project, Viewpoint viewpoint) {
+                const bool isClosed = viewpoint == Viewpoint::Kept && !project_; // since the reload began
+                if (!isClosed)
+                    takeProject(std::move(*project), viewpoint);
+            });
+    connect(opener_.get(), &ProjectOpener::sceneOpened, this, &MainWindow::takeScene);
+    connect(opener_.get(), &ProjectOpener::failed, this, &MainWindow::showFailure);
+    connect(opener_.get(), &ProjectOpener::notFound, this,
+            [this](const RecentProject& recent, const QString& problem) {
+                if (hub_->isVisible())
+                    hub_->locate(recent);
+                else
+                    showFailure(problem);
+            });
 }
 
-void MainWindow::load(const QString& folder, const QString& scene, Viewpoint viewpoint) {
-    hub_->cancelOpening();
-    statusBar()->clearMessage();
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    auto opened = openProject(app::toPath(folder), scene);
-    QGuiApplication::restoreOverrideCursor();
-    if (!opened) {
-        session_.reportFailure(this, QString::fromStdString(opened.error().message));
-        if (!project_)
-            showStartPage();
-        return;
-    }
+void MainWindow::takeProject(OpenedProject project, Viewpoint viewpoint) {
     saveThumbnail();
-    delete findChild<app::ProjectSettingsDialog*>(); // it edits the project that goes
-    const OpenedProject& current = project_.emplace(*std::move(opened));
-    recent_->touch(current.project);
-    showProject(current, viewpoint);
+    statusBar()->clearMessage();
+    project_ = std::move(project);
+    recent_->touch(project_->project);
+    showProject(*project_, viewpoint);
 }
 
-// What is shown stays when the scene cannot be.
-void MainWindow::openScene(const QString& file) {
-    if (!project_)
+void MainWindow::takeScene(const std::filesystem::path& root, const QString& file,
+                           const std::shared_ptr<const Scene>& scene) {
+    if (!project_ || project_->project.rootDir() != root) // closed meanwhile
         return;
-    auto scene = editor::openScene(project_->project, app::toPath(file));
-    if (!scene) {
-        session_.reportFailure(this, QString::fromStdString(scene.error().message));
-        return;
-    }
-    project_->scene = std::make_shared<const Scene>(*std::move(scene));
+    project_->scene = scene;
     project_->sceneChoice = file;
     project_->sceneProblem.clear();
     showProject(*project_, Viewpoint::New);
 }
 
-void MainWindow::create(const QString& folder, const QString& name, ProjectTemplate start) {
-    if (const auto created = createProject(app::toPath(folder), name, start); created)
-        open(folder);
-    else
-        session_.reportFailure(this, QString::fromStdString(created.error().message));
+// What is shown stays.
+void MainWindow::showFailure(const QString& problem) {
+    session_.reportFailure(this, problem);
+    if (!project_)
+        showStartPage();
 }
 
 void MainWindow::reload() {
     if (project_)
-        load(app::toQString(project_->project.rootDir()), project_->sceneChoice, Viewpoint::Kept);
+        opener_->openAt(app::toQString(project_->project.rootDir()), project_->sceneChoice, Viewpoint::Kept);
 }
 
 void MainWindow::closeProject() {
@@ -333,7 +337,10 @@ void MainWindow::closeProject() {
 
 void MainWindow::saveThumbnail() {
     if (project_ && !session_.isUnattended())
-        writeThumbnail(pane_->viewport(), project_->project.rootDir());
+        writeThumbnail(pane_->viewport(), project_->project.rootDir(), this, [this] {
+            if (!project_)
+                recent_->showInHub();
+        });
 }
 
 void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) {
@@ -342,7 +349,7 @@ void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) 
     client_.setScene(project.scene, viewpoint);
     sceneTree_->setScene(project.scene);
     inspector_->setScene(project.scene);
-    setDocksAvailable(true);
+    setPanelsAvailable(true);
     pages_->setCurrentWidget(pane_);
     updateTitle();
     if (pane_->viewport() == nullptr)
@@ -355,24 +362,9 @@ void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) 
 
 void MainWindow::showStartPage() {
     recent_->showInHub();
-    setDocksAvailable(false);
+    setPanelsAvailable(false);
     pages_->setCurrentWidget(hub_);
     updateTitle();
-}
-
-void MainWindow::askForProject() {
-    auto* dialog = new QFileDialog(this, tr("Open Project"), app::toQString(projectsDir()));
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QFileDialog::fileSelected, this, &MainWindow::open);
-    dialog->open();
-}
-
-void MainWindow::askForNewProject(ProjectTemplate start) {
-    auto* dialog = new NewProjectDialog(start, this);
-    connect(dialog, &NewProjectDialog::projectRequested, this, &MainWindow::create);
-    dialog->open();
 }
 
 void MainWindow::askForProjectSettings() {
@@ -464,21 +456,10 @@ void MainWindow::stopRendering() {
 }
 
 // The start page stands alone; what the user arranged comes back with a project.
-void MainWindow::setDocksAvailable(bool on) {
+void MainWindow::setPanelsAvailable(bool on) {
     for (QAction* action : projectActions_)
         action->setEnabled(on);
-    if (on == docksAvailable_)
-        return;
-    docksAvailable_ = on;
-    if (on)
-        restoreState(layout_, kLayoutVersion);
-    else
-        layout_ = saveState(kLayoutVersion);
-    toolBar_->setVisible(on);
-    if (on)
-        return;
-    for (QDockWidget* dock : findChildren<QDockWidget*>())
-        dock->hide();
+    layout_->setPanelsAvailable(on);
 }
 
 void MainWindow::updateTitle() {

@@ -2,7 +2,6 @@
 
 #include "GameRunner.hpp"
 #include "OpenedProject.hpp"
-#include "ProjectTemplate.hpp"
 #include "SceneViewClient.hpp"
 
 #include <QMainWindow>
@@ -22,13 +21,16 @@ class GameActions;
 class Hub;
 class Inspector;
 class LogPanel;
+class OpeningBar;
 class PictureSaver;
 class ProjectBuild;
+class ProjectOpener;
 class RecentProjects;
 class SceneTree;
 class Session;
 class StatusDisplay;
 class ViewportPane;
+class WindowLayout;
 
 // The editor: the scene in the middle, its entities and the log around it; the hub while no project is
 // open.
@@ -39,32 +41,32 @@ public:
     explicit MainWindow(Session& session);
     ~MainWindow() override;
 
-    // Opens the project that the options name, and shows the window.
+    // Opens the project that the options name, and shows the window, at the latest when that takes long.
     void start();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void createDocks();
-    void createGameMenus();
+    void createPages();
+    void createPanels();
     void createFileMenu();
     void createViewMenu();
+    void createGameMenus();
     void createHelpMenu();
-    void createToolBar();
-    void restoreWindowState();
+    void fillToolBar();
+    void createLayout();
+    void connectOpener();
 
-    void open(const QString& folder);
-    void load(const QString& folder, const QString& scene, Viewpoint viewpoint);
-    void openScene(const QString& file);
-    void create(const QString& folder, const QString& name, ProjectTemplate start);
+    void takeProject(OpenedProject project, Viewpoint viewpoint);
+    void takeScene(const std::filesystem::path& root, const QString& file,
+                   const std::shared_ptr<const Scene>& scene);
+    void showFailure(const QString& problem);
     void reload();
     void closeProject();
     void saveThumbnail();
     void showProject(const OpenedProject& project, Viewpoint viewpoint);
     void showStartPage();
-    void askForProject();
-    void askForNewProject(ProjectTemplate start);
     void askForProjectSettings();
     void askForPreferences();
 
@@ -78,7 +80,7 @@ private:
 
     void startRendering();
     void stopRendering();
-    void setDocksAvailable(bool on);
+    void setPanelsAvailable(bool on);
     void updateTitle();
     [[nodiscard]] QString projectName() const; // as one line; empty while none is open
     void showAbout();
@@ -89,6 +91,8 @@ private:
     std::unique_ptr<ProjectBuild> build_; // of the open project
     GameRunner runner_;
     std::unique_ptr<GameActions> game_;
+    OpeningBar* bar_;
+    std::unique_ptr<ProjectOpener> opener_;
     QStackedWidget* pages_;
     Hub* hub_;
     std::unique_ptr<RecentProjects> recent_;
@@ -100,13 +104,11 @@ private:
     LogPanel* logPanel_ = nullptr;
     BuildPanel* buildPanel_ = nullptr;
     QDockWidget* buildDock_ = nullptr;
+    QToolBar* toolBar_ = nullptr;
     QList<QAction*> projectActions_; // of use only while a project is open
     QAction* export_ = nullptr;
     QAction* projectSettings_ = nullptr;
-    QToolBar* toolBar_ = nullptr;
-    QByteArray standardLayout_;
-    QByteArray layout_; // of the docks, while the start page hides them
-    bool docksAvailable_ = true;
+    std::unique_ptr<WindowLayout> layout_;
 };
 
 } // namespace tarvik::editor

@@ -24,8 +24,8 @@ QString placeIn(const QString& cacheFile) {
 
 } // namespace
 
-void removeMovedBuildTree(const QString& buildDir) {
-    QDir tree(QDir(buildDir).filePath("obj"));
+void removeMovedBuildTree(const QString& projectRoot) {
+    QDir tree(QDir(projectRoot).filePath("Saved/ScriptBuild/obj"));
     const QString place = placeIn(tree.filePath("CMakeCache.txt"));
     if (place.isEmpty() || QFileInfo(place).canonicalFilePath() == tree.canonicalPath())
         return;

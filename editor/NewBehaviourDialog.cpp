@@ -9,7 +9,6 @@
 
 #include <QCheckBox>
 #include <QDesktopServices>
-#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -23,9 +22,9 @@ namespace tarvik::editor {
 NewBehaviourDialog::NewBehaviourDialog(ProjectBuild& build, QWidget* parent)
     : QDialog(parent),
       build_(&build),
-      name_(new QLineEdit),
-      open_(new QCheckBox(tr("&Open the file afterwards"))),
-      hint_(plainLabel({})) {
+      name_(new QLineEdit(this)),
+      open_(new QCheckBox(tr("&Open the file afterwards"), this)),
+      hint_(plainLabel({}, this)) {
     setWindowTitle(tr("New Behaviour"));
     setAttribute(Qt::WA_DeleteOnClose);
 
@@ -34,20 +33,12 @@ NewBehaviourDialog::NewBehaviourDialog(ProjectBuild& build, QWidget* parent)
     hint_->setMinimumWidth(1); // a long path must not widen the dialog
     hint_->setMinimumHeight(2 * fontMetrics().lineSpacing());
     hint_->setAlignment(Qt::AlignTop);
-    styleText(*hint_, TextRole::Muted);
-
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
-    create_ = buttons->addButton(tr("&Create"), QDialogButtonBox::AcceptRole);
-    create_->setProperty("accent", true);
-    connect(buttons, &QDialogButtonBox::accepted, this, &NewBehaviourDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &NewBehaviourDialog::reject);
 
     QFormLayout* form = createDialogForm(*this);
     form->addRow(tr("C&lass name"), name_);
     form->addRow({}, hint_);
     form->addRow({}, open_);
-    form->addRow(buttons);
-    create_->setDefault(true); // which counts only within the dialog
+    create_ = addDialogButtons(*this, tr("&Create"));
     setMinimumWidth(520);
 
     connect(name_, &QLineEdit::textChanged, this, &NewBehaviourDialog::update);
@@ -59,6 +50,7 @@ void NewBehaviourDialog::accept() {
         return;
     QString error;
     if (!build_->builder().createBehaviour(name_->text(), &error)) {
+        colourText(*hint_, LogLevel::Warn);
         hint_->setText(wrappable(oneLine(error)));
         adjustSize();
         return;
@@ -90,6 +82,7 @@ void NewBehaviourDialog::update() {
     const bool named = !name_->text().isEmpty();
     const QString wrong = problem();
     create_->setEnabled(named && build_ && wrong.isEmpty());
+    colourText(*hint_, wrong.isEmpty() ? LogLevel::Debug : LogLevel::Warn);
     if (!named)
         hint_->setText({});
     else if (wrong.isEmpty())

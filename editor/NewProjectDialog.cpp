@@ -1,14 +1,17 @@
 #include "NewProjectDialog.hpp"
 
+#include "Background.hpp"
+#include "DisplayText.hpp"
 #include "EditorStyle.hpp"
+#include "FolderDialog.hpp"
 
+#include <tarvik/app/Paths.hpp>
 #include <tarvik/app/Preferences.hpp>
 #include <tarvik/project/Project.hpp>
 
+#include <QAccessible>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QDir>
-#include <QFileDialog>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -20,36 +23,29 @@ NewProjectDialog::NewProjectDialog(ProjectTemplate start, QWidget* parent)
     : QDialog(parent),
       name_(new QLineEdit),
       parentFolder_(new QLineEdit(app::Preferences::load().effectiveProjectsDirectory())),
+      browse_(new QPushButton(tr("&Browse…"))),
       start_(new QComboBox),
-      hint_(new QLabel) {
+      hint_(plainLabel({})) {
     setWindowTitle(tr("New Project"));
     setAttribute(Qt::WA_DeleteOnClose);
 
-    auto* browse = new QPushButton(tr("&Browse…"));
-    browse->setAutoDefault(false);
-    browse->setAccessibleName(tr("Browse for the folder"));
-    connect(browse, &QPushButton::clicked, this, &NewProjectDialog::chooseParentFolder);
+    browse_->setAutoDefault(false);
+    browse_->setAccessibleName(tr("Browse for the folder"));
+    connect(browse_, &QPushButton::clicked, this, &NewProjectDialog::chooseParentFolder);
     auto* place = new QHBoxLayout;
     place->setSpacing(8);
     place->addWidget(parentFolder_, 1);
-    place->addWidget(browse);
+    place->addWidget(browse_);
 
     start_->addItem(tr("An empty project"), QVariant::fromValue(ProjectTemplate::Empty));
     start_->addItem(tr("The sample: a courtyard with a game to play"),
                     QVariant::fromValue(ProjectTemplate::Sample));
     start_->setCurrentIndex(start_->findData(QVariant::fromValue(start)));
 
-    hint_->setTextFormat(Qt::PlainText);
-    hint_->setWordWrap(true);
-    hint_->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    hint_->setMinimumWidth(1); // a long path must not widen the dialog
+    hint_->setMinimumHeight(3 * fontMetrics().lineSpacing());
     hint_->setAlignment(Qt::AlignTop);
     styleText(*hint_, TextRole::Muted);
-
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
-    create_ = buttons->addButton(tr("&Create"), QDialogButtonBox::AcceptRole);
-    create_->setProperty("accent", true);
-    connect(buttons, &QDialogButtonBox::accepted, this, &NewProjectDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &NewProjectDialog::reject);
 
     QFormLayout* form = createDialogForm(*this);
     form->addRow(tr("&Name"), name_);
@@ -57,8 +53,7 @@ NewProjectDialog::NewProjectDialog(ProjectTemplate start, QWidget* parent)
     qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(parentFolder_);
     form->addRow(tr("&Start from"), start_);
     form->addRow({}, hint_);
-    form->addRow(buttons);
-    create_->setDefault(true); // which counts only within the dialog
+    create_ = addDialogButtons(*this, tr("&Create"));
     setMinimumWidth(520);
 
     connect(name_, &QLineEdit::textChanged, this, &NewProjectDialog::update);
@@ -67,17 +62,42 @@ NewProjectDialog::NewProjectDialog(ProjectTemplate start, QWidget* parent)
 }
 
 void NewProjectDialog::accept() {
-    Q_EMIT projectRequested(folder(), name_->text(), start_->currentData().value<ProjectTemplate>());
-    QDialog::accept();
+    setFieldsEnabled(false);
+    create_->setEnabled(false);
+    hint_->setText(wrappable(tr("Making the project in %1…").arg(folder())));
+    const auto make = [path = app::toPath(folder()), name = name_->text(),
+                       start = start_->currentData().value<ProjectTemplate>()] {
+        return createProject(path, name, start);
+    };
+    inBackground(this, make, [this](const std::expected<void, Error>& made) { take(made); });
+}
+
+void NewProjectDialog::take(const std::expected<void, Error>& made) {
+    if (!isVisible()) // cancelled
+        return;
+    if (made) {
+        QDialog::accept();
+        Q_EMIT created(folder());
+        return;
+    }
+    setFieldsEnabled(true);
+    name_->setFocus();
+    update();
+    hint_->setText(wrappable(QString::fromStdString(made.error().message)));
+    colourText(*hint_, LogLevel::Error);
+    QAccessibleEvent alert(hint_, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void NewProjectDialog::setFieldsEnabled(bool on) {
+    for (QWidget* field : {static_cast<QWidget*>(name_), static_cast<QWidget*>(parentFolder_),
+                           static_cast<QWidget*>(browse_), static_cast<QWidget*>(start_)})
+        field->setEnabled(on);
 }
 
 void NewProjectDialog::chooseParentFolder() {
-    auto* dialog = new QFileDialog(this, tr("Folder for the Project"), parentFolder_->text());
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QFileDialog::fileSelected, parentFolder_, &QLineEdit::setText);
-    dialog->open();
+    askForFolder(this, tr("Folder for the Project"), parentFolder_->text(),
+                 [this](const QString& folder) { parentFolder_->setText(folder); });
 }
 
 QString NewProjectDialog::folder() const {
@@ -85,6 +105,7 @@ QString NewProjectDialog::folder() const {
 }
 
 void NewProjectDialog::update() {
+    hint_->setStyleSheet({}); // of a failure
     const bool named = Project::isValidName(name_->text().toStdString());
     // Where another one is would depend on where the editor was started.
     const bool placed = QDir::isAbsolutePath(parentFolder_->text());
@@ -96,7 +117,7 @@ void NewProjectDialog::update() {
     } else if (!placed) {
         hint_->setText(tr("The folder needs its whole path."));
     } else {
-        hint_->setText(named ? tr("The project will be in %1").arg(folder()) : QString());
+        hint_->setText(named ? wrappable(tr("The project will be in %1").arg(folder())) : QString());
     }
 }
 

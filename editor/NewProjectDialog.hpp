@@ -11,7 +11,8 @@ class QPushButton;
 
 namespace tarvik::editor {
 
-// Asks for a new project's name, its place and what it starts from.
+// Asks for a new project's name, its place and what it starts from, and makes it. Stays open until that has
+// succeeded; cancelled meanwhile, it no longer cares for what becomes of the project.
 class NewProjectDialog final : public QDialog {
     Q_OBJECT
 
@@ -20,7 +21,7 @@ public:
 
 Q_SIGNALS:
     // The folder is the project's own.
-    void projectRequested(const QString& folder, const QString& name, tarvik::editor::ProjectTemplate start);
+    void created(const QString& folder);
 
 protected:
     void accept() override;
@@ -28,10 +29,13 @@ protected:
 private:
     void chooseParentFolder();
     void update();
+    void take(const std::expected<void, Error>& made);
+    void setFieldsEnabled(bool on);
     [[nodiscard]] QString folder() const;
 
     QLineEdit* name_;
     QLineEdit* parentFolder_;
+    QPushButton* browse_;
     QComboBox* start_;
     QLabel* hint_;
     QPushButton* create_;

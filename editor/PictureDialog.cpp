@@ -1,9 +1,9 @@
 #include "PictureDialog.hpp"
 
+#include "DisplayText.hpp"
 #include "EditorStyle.hpp"
 
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -18,8 +18,8 @@ namespace {
 
 constexpr int kLongestSide = 16384; // what most GPUs can draw
 
-QSpinBox* lengthField(int length, const QString& name) {
-    auto* field = new QSpinBox;
+QSpinBox* lengthField(int length, const QString& name, PictureDialog& dialog) {
+    auto* field = new QSpinBox(&dialog);
     field->setRange(1, kLongestSide);
     field->setValue(length);
     field->setAccessibleName(name);
@@ -30,11 +30,11 @@ QSpinBox* lengthField(int length, const QString& name) {
 
 PictureDialog::PictureDialog(QSize seen, const QString& file, QWidget* parent)
     : QDialog(parent),
-      presets_(new QComboBox),
-      width_(lengthField(seen.width(), tr("Width in pixels"))),
-      height_(lengthField(seen.height(), tr("Height in pixels"))),
-      file_(new QLineEdit(QDir::toNativeSeparators(file))),
-      hint_(new QLabel) {
+      presets_(new QComboBox(this)),
+      width_(lengthField(seen.width(), tr("Width in pixels"), *this)),
+      height_(lengthField(seen.height(), tr("Height in pixels"), *this)),
+      file_(new QLineEdit(QDir::toNativeSeparators(file), this)),
+      hint_(plainLabel({}, this)) {
     setWindowTitle(tr("Save Picture"));
     setAttribute(Qt::WA_DeleteOnClose);
 
@@ -52,12 +52,13 @@ PictureDialog::PictureDialog(QSize seen, const QString& file, QWidget* parent)
     size->setSpacing(8);
     size->addWidget(presets_, 1);
     size->addWidget(width_);
-    size->addWidget(new QLabel(tr("×")));
+    size->addWidget(new QLabel(tr("×"), this));
     size->addWidget(height_);
-    size->addWidget(new QLabel(tr("pixels")));
+    size->addWidget(new QLabel(tr("pixels"), this));
 
-    auto* browse = new QPushButton(tr("&Browse…"));
+    auto* browse = new QPushButton(tr("&Browse…"), this);
     browse->setAutoDefault(false);
+    browse->setAccessibleName(tr("Browse for the file"));
     connect(browse, &QPushButton::clicked, this, &PictureDialog::chooseFile);
     connect(file_, &QLineEdit::textChanged, this, &PictureDialog::update);
     auto* place = new QHBoxLayout;
@@ -65,14 +66,7 @@ PictureDialog::PictureDialog(QSize seen, const QString& file, QWidget* parent)
     place->addWidget(file_, 1);
     place->addWidget(browse);
 
-    hint_->setTextFormat(Qt::PlainText);
     styleText(*hint_, TextRole::Muted);
-
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
-    save_ = buttons->addButton(tr("&Save"), QDialogButtonBox::AcceptRole);
-    save_->setProperty("accent", true);
-    connect(buttons, &QDialogButtonBox::accepted, this, &PictureDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &PictureDialog::reject);
 
     QFormLayout* form = createDialogForm(*this);
     form->addRow(tr("Si&ze"), size);
@@ -80,8 +74,7 @@ PictureDialog::PictureDialog(QSize seen, const QString& file, QWidget* parent)
     form->addRow(tr("&File"), place);
     qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(file_);
     form->addRow({}, hint_);
-    form->addRow(buttons);
-    save_->setDefault(true); // which counts only within the dialog
+    save_ = addDialogButtons(*this, tr("&Save"));
     setMinimumWidth(560);
     update();
 }

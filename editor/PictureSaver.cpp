@@ -1,5 +1,6 @@
 #include "PictureSaver.hpp"
 
+#include "DisplayText.hpp"
 #include "PictureDialog.hpp"
 #include "PictureFile.hpp"
 #include "ViewportPane.hpp"
@@ -24,7 +25,7 @@ QString proposedFile(const QString& name) {
     QString folder = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
     if (!QDir(folder).exists())
         folder = QDir::homePath();
-    return folder + '/' + name.left(100).replace(forbidden, "_") + ".png";
+    return folder + '/' + name.first(wholeCharacters(name, 100)).replace(forbidden, "_") + ".png";
 }
 
 } // namespace

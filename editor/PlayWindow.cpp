@@ -1,7 +1,7 @@
 #include "PlayWindow.hpp"
 
+#include "Background.hpp"
 #include "Game.hpp"
-#include "OpenedProject.hpp"
 #include "ProjectBuild.hpp"
 #include "Session.hpp"
 #include "ViewportPane.hpp"
@@ -55,7 +55,14 @@ PlayWindow::~PlayWindow() {
 }
 
 void PlayWindow::play() {
-    const auto opened = openProject(app::toPath(session_.options().projectDir), session_.options().scene);
+    const app::AppOptions& options = session_.options();
+    inBackground(
+        this,
+        [path = app::toPath(options.projectDir), scene = options.scene] { return openProject(path, scene); },
+        [this](const std::expected<OpenedProject, Error>& opened) { take(opened); });
+}
+
+void PlayWindow::take(const std::expected<OpenedProject, Error>& opened) {
     const QString problem = opened ? opened->sceneProblem : QString::fromStdString(opened.error().message);
     if (!problem.isEmpty()) {
         session_.reportFailure(nullptr, problem, AfterFailure::Quit);

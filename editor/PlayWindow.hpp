@@ -2,6 +2,7 @@
 
 #include "GameRunner.hpp"
 #include "GameViewClient.hpp"
+#include "OpenedProject.hpp"
 
 #include <QMainWindow>
 
@@ -21,11 +22,12 @@ public:
     explicit PlayWindow(Session& session);
     ~PlayWindow() override;
 
-    // Shows the window and starts the game, whose behaviours are built first where the project has their
-    // sources; a failure ends the program.
+    // Shows the window and starts the game when the project has been read, and its behaviours built where it
+    // has their sources; a failure ends the program.
     void play();
 
 private:
+    void take(const std::expected<OpenedProject, Error>& opened);
     void begin();
     void escape();
 

@@ -1,12 +1,12 @@
 #include "PreferencesDialog.hpp"
 
 #include "DisplayText.hpp"
+#include "FolderDialog.hpp"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QFileDialog>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -39,10 +39,10 @@ QLabel* hintLabel(const QString& text) {
 
 PreferencesDialog::PreferencesDialog(const GpuList& gpus, QWidget* parent)
     : QDialog(parent),
-      gpu_(new QComboBox),
-      validation_(new QComboBox),
-      vsync_(new QCheckBox(tr("&Vertical sync"))),
-      folder_(new QLineEdit) {
+      gpu_(new QComboBox(this)),
+      validation_(new QComboBox(this)),
+      vsync_(new QCheckBox(tr("&Vertical sync"), this)),
+      folder_(new QLineEdit(this)) {
     setWindowTitle(tr("Preferences"));
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumWidth(520);
@@ -87,7 +87,7 @@ PreferencesDialog::PreferencesDialog(const GpuList& gpus, QWidget* parent)
 
 QLayout* PreferencesDialog::createFolderRow() {
     folder_->setPlaceholderText(QDir::toNativeSeparators(Preferences{}.effectiveProjectsDirectory()));
-    auto* browse = new QPushButton(tr("&Browse…"));
+    auto* browse = new QPushButton(tr("&Browse…"), this);
     browse->setAutoDefault(false);
     browse->setAccessibleName(tr("Browse for the projects folder"));
     connect(browse, &QPushButton::clicked, this, &PreferencesDialog::browse);
@@ -123,13 +123,8 @@ void PreferencesDialog::fill(const Preferences& preferences, const GpuList& gpus
 
 void PreferencesDialog::browse() {
     const QString start = folder_->text().isEmpty() ? folder_->placeholderText() : folder_->text();
-    auto* dialog = new QFileDialog(this, tr("Projects Folder"), start);
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QFileDialog::fileSelected, folder_,
-            [this](const QString& chosen) { folder_->setText(QDir::toNativeSeparators(chosen)); });
-    dialog->open();
+    askForFolder(this, tr("Projects Folder"), start,
+                 [this](const QString& chosen) { folder_->setText(QDir::toNativeSeparators(chosen)); });
 }
 
 Preferences PreferencesDialog::chosen() const {

@@ -1,6 +1,5 @@
 #include "ProjectBuild.hpp"
 
-#include "MovedBuildTree.hpp"
 #include "ProjectPlace.hpp"
 
 #include <QDir>
@@ -14,7 +13,6 @@ ProjectBuild::ProjectBuild(QString projectRoot, QObject* parent)
     : QObject(parent),
       projectRoot_(std::move(projectRoot)) {
     makeBuilder();
-    removeMovedBuildTree(builder_->buildDir());
 }
 
 ProjectBuild::~ProjectBuild() = default;

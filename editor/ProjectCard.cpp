@@ -120,9 +120,7 @@ void ProjectCard::paint(QPainter* painter, const QStyleOptionViewItem& option,
     lines.add(index.data().toString(), nameFont(option.font),
               missing ? muted : option.palette.color(QPalette::Text), Qt::ElideRight);
     lines.add(index.data(ProjectModel::FolderRole).toString(), option.font, muted, Qt::ElideMiddle);
-    if (index.data(ProjectModel::AwaitedRole).toBool()) {
-        lines.add(tr("Waiting for its folder…"), option.font, muted, Qt::ElideRight);
-    } else if (missing) {
+    if (missing) {
         lines.addIcon(app::theme::icon("warning"), option.font);
         lines.add(tr("Folder not found"), option.font, logLevelColour(LogLevel::Warn), Qt::ElideRight);
     } else {

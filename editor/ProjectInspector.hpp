@@ -5,7 +5,6 @@
 #include <QTimer>
 
 #include <filesystem>
-#include <functional>
 #include <set>
 #include <stop_token>
 
@@ -19,21 +18,14 @@ struct ProjectState {
     QImage thumbnail;     // null for none
 };
 
-// Looks at the folder itself, however long that takes. Gives up between two steps when it is to stop; its
-// answer does not count then.
-[[nodiscard]] ProjectState inspectProject(const std::filesystem::path& folder, QSize thumbnail,
-                                          const std::stop_token& stop);
-
 // Looks at project folders on threads of its own, the latest asked for first. A folder that never answers
-// costs a thread: it holds up neither the others for long nor the end of the program.
+// costs a thread: however many there are, they hold up neither the others for long nor the end of the
+// program.
 class ProjectInspector final : public QObject {
     Q_OBJECT
 
 public:
-    // Called on several threads at once.
-    using Inspect = std::function<ProjectState(const std::filesystem::path&, QSize, const std::stop_token&)>;
-
-    explicit ProjectInspector(Inspect inspect = inspectProject);
+    ProjectInspector();
     ~ProjectInspector() override;
 
     // One look at a time: while an answer for the folder is due, nothing more is asked.
@@ -45,7 +37,6 @@ Q_SIGNALS:
 private:
     void addThreads();
 
-    Inspect inspect_;
     QThreadPool* pool_;
     std::stop_source stop_;
     std::set<std::filesystem::path> pending_;

@@ -48,12 +48,6 @@ const RecentProject& ProjectModel::project(int row) const {
     return projects_.at(static_cast<std::size_t>(row));
 }
 
-void ProjectModel::setAwaited(const std::filesystem::path& folder) {
-    awaited_ = folder;
-    if (!projects_.empty())
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {AwaitedRole});
-}
-
 bool ProjectModel::isMissing(const std::filesystem::path& folder) const {
     const Seen* seen = seen_.object(app::toQString(folder));
     return seen != nullptr && seen->missing;
@@ -90,8 +84,6 @@ QVariant ProjectModel::data(const QModelIndex& index, int role) const {
         return picture(project);
     case MissingRole:
         return isMissing(project.path);
-    case AwaitedRole:
-        return project.path == awaited_;
     default:
         return {};
     }

@@ -26,7 +26,6 @@ public:
         SearchRole,                // all that a search looks through
         PictureRole,               // QPixmap
         MissingRole,               // bool; false until the answer came
-        AwaitedRole,               // bool
     };
 
     // The inspector is borrowed.
@@ -35,8 +34,6 @@ public:
     // Pictures are kept until newer ones are there.
     void setProjects(std::span<const RecentProject> projects);
     [[nodiscard]] const RecentProject& project(int row) const;
-    // The one whose folder somebody waits for; empty for none.
-    void setAwaited(const std::filesystem::path& folder);
     [[nodiscard]] bool isMissing(const std::filesystem::path& folder) const;
     [[nodiscard]] static QSize thumbnailSize(); // in pixels
 
@@ -56,7 +53,6 @@ private:
 
     ProjectInspector& inspector_;
     std::vector<RecentProject> projects_;
-    std::filesystem::path awaited_;
     mutable QCache<QString, Seen> seen_; // by folder; bounded by the memory of the pictures
 };
 

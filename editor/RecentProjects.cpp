@@ -2,6 +2,7 @@
 
 #include "DisplayText.hpp"
 #include "Hub.hpp"
+#include "OpeningBar.hpp"
 #include "Session.hpp"
 
 #include <tarvik/app/AppContext.hpp>
@@ -21,7 +22,10 @@ constexpr int kWidest = 480; // pixels of an entry
 
 } // namespace
 
-RecentProjects::RecentProjects(Session& session, Hub& hub) : session_(session), hub_(hub) {
+RecentProjects::RecentProjects(Session& session, Hub& hub, OpeningBar& bar)
+    : session_(session),
+      hub_(hub),
+      bar_(bar) {
     connect(&hub, &Hub::removalRequested, this, &RecentProjects::forget);
     connect(&hub, &Hub::restoreRequested, this, &RecentProjects::remember);
     connect(&hub, &Hub::located, this, &RecentProjects::relocate);
@@ -49,17 +53,13 @@ void RecentProjects::fill(QMenu& menu) {
     menu.clear();
     for (const RecentProject& recent : session_.context().registry.projects() | std::views::take(kShown)) {
         const bool missing = hub_.isMissing(recent.path);
-        const QString folder = app::toQString(recent.path);
-        const QString whole =
-            oneLine(QString::fromStdString(recent.name), kLongest) + " – " + oneLine(folder);
+        const QString whole = oneLine(QString::fromStdString(recent.name), kLongest) + " – " +
+                              oneLine(app::toQString(recent.path));
         const QString text =
             menu.fontMetrics().elidedText(whole, Qt::ElideMiddle, kWidest).replace('&', "&&");
         QAction* action = menu.addAction(missing ? tr("%1 (missing)").arg(text) : text);
         action->setEnabled(!missing);
-        connect(action, &QAction::triggered, this, [this, recent, folder] {
-            Q_EMIT awaited(folder);
-            hub_.open(recent);
-        });
+        connect(action, &QAction::triggered, this, [this, recent] { Q_EMIT chosen(recent); });
     }
     if (menu.isEmpty())
         menu.addAction(tr("No Recent Projects"))->setEnabled(false);
@@ -76,15 +76,18 @@ void RecentProjects::remember(const RecentProject& project) {
 }
 
 void RecentProjects::relocate(const RecentProject& project, const QString& folder) {
-    const auto found = Project::open(app::toPath(folder));
-    if (!found) {
-        session_.reportFailure(&hub_, QString::fromStdString(found.error().message));
-        return;
-    }
-    ProjectRegistry& registry = session_.context().registry;
-    registry.remove(project.path);
-    registry.put({found->rootDir(), found->name(), project.lastOpenedUnix});
-    change();
+    const auto take = [this, project](const std::expected<Project, Error>& found) {
+        if (!found) {
+            session_.reportFailure(&hub_, QString::fromStdString(found.error().message));
+            return;
+        }
+        ProjectRegistry& registry = session_.context().registry;
+        registry.remove(project.path);
+        registry.put({found->rootDir(), found->name(), project.lastOpenedUnix});
+        change();
+    };
+    bar_.await(
+        folder, [path = app::toPath(folder)] { return Project::open(path); }, take);
 }
 
 void RecentProjects::change() {

@@ -13,6 +13,7 @@ class Project;
 namespace tarvik::editor {
 
 class Hub;
+class OpeningBar;
 class Session;
 
 // The list of recent projects. The hub and a menu show it and let it be changed; every change is saved at
@@ -21,8 +22,8 @@ class RecentProjects final : public QObject {
     Q_OBJECT
 
 public:
-    // Both are borrowed.
-    RecentProjects(Session& session, Hub& hub);
+    // All are borrowed.
+    RecentProjects(Session& session, Hub& hub, OpeningBar& bar);
 
     // The project was opened or renamed.
     void touch(const Project& project);
@@ -33,8 +34,8 @@ public:
     void fill(QMenu& menu);
 
 Q_SIGNALS:
-    // From the menu; the hub chooses the project once the folder has answered.
-    void awaited(const QString& folder);
+    // From the menu.
+    void chosen(const tarvik::RecentProject& project);
 
 private:
     void forget(const RecentProject& project);
@@ -44,6 +45,7 @@ private:
 
     Session& session_;
     Hub& hub_;
+    OpeningBar& bar_;
 };
 
 } // namespace tarvik::editor

@@ -40,25 +40,27 @@ QString renderFailureAdvice(const QString& reason, const QString& platform) {
 }
 
 RenderFailurePanel::RenderFailurePanel(const QString& reason, QWidget* parent) : QWidget(parent) {
-    auto* title = plainLabel(tr("The scene cannot be drawn"));
+    auto* block = new QWidget(this);
+    block->setMaximumWidth(560);
+    auto* title = plainLabel(tr("The scene cannot be drawn"), block);
     styleText(*title, TextRole::Heading);
 
-    auto* reasonLabel = plainLabel(reason);
+    auto* reasonLabel = plainLabel(reason, block);
     reasonLabel->setObjectName("reason");
     reasonLabel->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
 
-    auto* advice = plainLabel(renderFailureAdvice(reason, QGuiApplication::platformName()));
+    auto* advice = plainLabel(renderFailureAdvice(reason, QGuiApplication::platformName()), block);
     advice->setObjectName("advice");
     advice->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     styleText(*advice, TextRole::Muted);
 
-    auto* restart = new QPushButton(tr("&Start rendering again"));
+    auto* restart = new QPushButton(tr("&Start rendering again"), block);
     restart->setObjectName("restart");
     restart->setMinimumSize(restart->sizeHint() + QSize(24, 8));
     restart->setToolTip(tr("Starts Vulkan afresh; the project stays as it is"));
     connect(restart, &QPushButton::clicked, this, &RenderFailurePanel::restartRequested);
 
-    auto* column = new QVBoxLayout;
+    auto* column = new QVBoxLayout(block);
     column->setSpacing(12);
     column->addStretch();
     for (QWidget* part : {title, reasonLabel, advice})
@@ -69,9 +71,6 @@ RenderFailurePanel::RenderFailurePanel(const QString& reason, QWidget* parent) :
 
     auto* page = new QHBoxLayout(this);
     page->setContentsMargins(24, 24, 24, 24);
-    auto* block = new QWidget;
-    block->setLayout(column);
-    block->setMaximumWidth(560);
     page->addStretch(1);
     page->addWidget(block, 8);
     page->addStretch(1);

@@ -1,5 +1,7 @@
 #include "SceneDrop.hpp"
 
+#include "Background.hpp"
+
 #include <tarvik/project/Project.hpp>
 
 #include <QFileInfo>
@@ -19,16 +21,29 @@ SceneDrop sceneDropOf(const QList<QUrl>& urls) {
     return {};
 }
 
-DropKind DragMemory::kindOf(const QList<QUrl>& urls) {
+SceneDrop DragMemory::dragged(const QList<QUrl>& urls) {
     // A drag asks all the time; after a pause it is another one.
     constexpr qint64 kPauseMs = 2000;
     const bool sameDrag = sinceAsked_.isValid() && sinceAsked_.elapsed() < kPauseMs && urls == urls_;
     sinceAsked_.start();
     if (!sameDrag) {
+        // Of files that are the same, what is known holds meanwhile: who rests over the scene and then lets
+        // go with a last move must not find the drop refused.
+        if (urls != urls_)
+            drop_ = {};
         urls_ = urls;
-        kind_ = sceneDropOf(urls).kind;
+        const auto take = [this, urls](const SceneDrop& drop) {
+            if (urls == urls_)
+                drop_ = drop;
+        };
+        inBackground(
+            &context_, [urls] { return sceneDropOf(urls); }, take);
     }
-    return kind_;
+    return drop_;
+}
+
+SceneDrop DragMemory::dropped(const QList<QUrl>& urls) const {
+    return urls == urls_ ? drop_ : SceneDrop();
 }
 
 } // namespace tarvik::editor

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QList>
+#include <QObject>
 #include <QString>
 #include <QUrl>
 
@@ -18,17 +19,22 @@ struct SceneDrop {
     QString path;
 };
 
+// Looks at the disk.
 [[nodiscard]] SceneDrop sceneDropOf(const QList<QUrl>& urls);
 
-// The same for a drag, which asks at every move: looks at the disk, which may be slow, once a drag.
+// The same for a drag, which asks at every move: has the disk looked at once a drag, in the background. Until
+// the disk has answered, the files mean nothing.
 class DragMemory final {
 public:
-    [[nodiscard]] DropKind kindOf(const QList<QUrl>& urls);
+    [[nodiscard]] SceneDrop dragged(const QList<QUrl>& urls);
+    // At the drag's end.
+    [[nodiscard]] SceneDrop dropped(const QList<QUrl>& urls) const;
 
 private:
     QList<QUrl> urls_;
-    DropKind kind_ = DropKind::Nothing;
+    SceneDrop drop_;
     QElapsedTimer sinceAsked_;
+    QObject context_; // of the answers
 };
 
 } // namespace tarvik::editor

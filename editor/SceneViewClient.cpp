@@ -69,11 +69,11 @@ void SceneViewClient::mouseMoved(glm::vec2 ndc, Qt::KeyboardModifiers modifiers)
 void SceneViewClient::mouseReleased(glm::vec2, Qt::MouseButton) {}
 
 bool SceneViewClient::canDrop(const QList<QUrl>& urls) {
-    return drag_.kindOf(urls) != DropKind::Nothing;
+    return drag_.dragged(urls).kind != DropKind::Nothing;
 }
 
 void SceneViewClient::dropped(const QList<QUrl>& urls, glm::vec2) {
-    const SceneDrop drop = sceneDropOf(urls);
+    const SceneDrop drop = drag_.dropped(urls);
     if (drop.kind == DropKind::Project)
         Q_EMIT projectDropped(drop.path);
     else if (drop.kind == DropKind::Scene)
@@ -81,7 +81,14 @@ void SceneViewClient::dropped(const QList<QUrl>& urls, glm::vec2) {
 }
 
 bool SceneViewClient::keyPressed(int key, Qt::KeyboardModifiers modifiers) {
-    if (game_ || key != Qt::Key_F || modifiers != Qt::NoModifier)
+    if (game_)
+        return false;
+    // A window that is no widget keeps these keys, and the keyboard's focus with them.
+    if (key == Qt::Key_Backtab || (key == Qt::Key_Tab && modifiers == Qt::NoModifier)) {
+        Q_EMIT tabPressed(key == Qt::Key_Tab ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        return true;
+    }
+    if (key != Qt::Key_F || modifiers != Qt::NoModifier)
         return false;
     frameSelection();
     return true;

@@ -49,6 +49,8 @@ public:
 Q_SIGNALS:
     // The user has selected another entity, or none.
     void entityChosen(std::optional<std::size_t> entity);
+    // The focus is to go on from the scene, or back.
+    void tabPressed(Qt::FocusReason reason);
     void projectDropped(const QString& folder);
     void sceneDropped(const QString& file);
 

@@ -1,5 +1,6 @@
 #include "ThumbnailWriter.hpp"
 
+#include "Background.hpp"
 #include "PictureFile.hpp"
 
 #include <tarvik/app/Paths.hpp>
@@ -13,23 +14,32 @@ namespace {
 
 constexpr QSize kSize(640, 400); // of a card's shape, for screens of twice the usual density
 
-} // namespace
-
-void writeThumbnail(app::VulkanViewport* viewport, const std::filesystem::path& projectRoot) {
-    if (viewport == nullptr || viewport->hasFailed())
-        return;
-    const QDir root(app::toQString(projectRoot));
-    const QString file = root.filePath("Saved/Thumbnail.png");
-    const QImage picture = viewport->captureFrame(kSize);
-    if (picture.isNull()) {
-        log::warn("Editor", "{}: the scene could not be captured", file.toStdString());
-        return;
-    }
+std::expected<void, Error> write(const QImage& picture, const QDir& root) {
     // Not with its parents: a project that was deleted meanwhile must not come back as an empty folder. That
     // the folder cannot be made, the file tells.
     root.mkdir("Saved");
-    if (const auto written = writePicture(picture, file); !written)
-        log::warn("Editor", "{}", written.error().message);
+    return writePicture(picture, root.filePath("Saved/Thumbnail.png"));
+}
+
+} // namespace
+
+void writeThumbnail(app::VulkanViewport* viewport, const std::filesystem::path& projectRoot, QObject* context,
+                    const std::function<void()>& written) {
+    if (viewport == nullptr || viewport->hasFailed())
+        return;
+    const QString root = app::toQString(projectRoot);
+    const QImage picture = viewport->captureFrame(kSize);
+    if (picture.isNull()) {
+        log::warn("Editor", "{}: the scene could not be captured", root.toStdString());
+        return;
+    }
+    const auto write = [picture, root] {
+        auto done = editor::write(picture, QDir(root));
+        if (!done)
+            log::warn("Editor", "{}", done.error().message);
+        return done;
+    };
+    inBackground(context, write, [written](const std::expected<void, Error>&) { written(); });
 }
 
 } // namespace tarvik::editor

@@ -58,6 +58,24 @@ void ViewportPane::stop() {
     delete content_;
 }
 
+void ViewportPane::passFocus(Qt::FocusReason reason) {
+    const bool isForward = reason == Qt::TabFocusReason;
+    if (window()->focusWidget() != nullptr) {
+        focusNextPrevChild(isForward);
+        return;
+    }
+    // The focus is in a window that is no widget, of which Qt does not know the place.
+    QWidget* to = container_;
+    const auto takesIt = [this, &to] {
+        return (to->focusPolicy() & Qt::TabFocus) != 0 && to->focusProxy() == nullptr && to->isVisible() &&
+               to->isEnabled() && to->window() == window();
+    };
+    do {
+        to = isForward ? to->nextInFocusChain() : to->previousInFocusChain();
+    } while (to != container_ && !takesIt());
+    to->setFocus(reason);
+}
+
 void ViewportPane::showFailure(const QString& reason) {
     auto* panel = new RenderFailurePanel(reason);
     // Queued: the restart deletes the panel with its button.

@@ -24,6 +24,9 @@ public:
     void start(app::AppContext& context);
     void stop();
 
+    // To the widget that the Tab key leads to, or back.
+    void passFocus(Qt::FocusReason reason);
+
     // Both null while nothing is drawn.
     [[nodiscard]] app::VulkanViewport* viewport() const;
     [[nodiscard]] QWidget* container() const;

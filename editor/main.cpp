@@ -1,3 +1,4 @@
+#include "Background.hpp"
 #include "BuildCommand.hpp"
 #include "CommandLine.hpp"
 #include "EditorStyle.hpp"
@@ -24,6 +25,8 @@ namespace {
 
 using namespace tarvik;
 using namespace tarvik::editor;
+
+constexpr std::chrono::seconds kFarewell{2}; // for the picture of the project that was closed last
 
 int say(ExitStatus status, const QString& text) {
     const QByteArray bytes = text.toLocal8Bit();
@@ -72,6 +75,7 @@ int run(int argc, char** argv, app::AppOptions options, const QElapsedTimer& sin
         QApplication::exec();
     }
     const int status = session.finish();
+    finishBackground(kFarewell);
     return termination.exitStatus() != 0 ? termination.exitStatus() : status;
 }
 

@@ -90,11 +90,15 @@ TEST(LogPanelTest, ScrollingUpEndsFollowingAndOldLinesThatLeaveDoNotMoveTheView)
 }
 
 // Laid out whole, such a line would take seconds at every repaint.
-TEST(LogPanelTest, AVeryLongLineIsShownAbridged) {
+TEST(LogPanelTest, AVeryLongLineIsShownAbridgedAndNoCharacterCutInTwo) {
     PanelUnderTest shown;
-    shown.log(LogLevel::Info, QByteArray(10'000'000, 'x').toStdString());
-    ASSERT_TRUE(pumpUntil([&] { return shown.rows() == 1; }));
-    EXPECT_LT(shown.message(0).size(), 2000);
+    for (const QString& start : {QString("x"), QString("xy")})
+        shown.log(LogLevel::Info, (start + QString("🎮").repeated(2'500'000)).toStdString());
+    ASSERT_TRUE(pumpUntil([&] { return shown.rows() == 2; }));
+    for (const int row : {0, 1}) {
+        EXPECT_LT(shown.message(row).size(), 2000);
+        EXPECT_TRUE(shown.message(row).isValidUtf16());
+    }
 }
 
 } // namespace

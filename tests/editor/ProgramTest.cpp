@@ -58,6 +58,12 @@ protected:
         return {program.exitCode(), program.readAllStandardError().toStdString()};
     }
 
+    void expectEnd(const std::vector<std::string>& arguments, int status, const std::string& reason) const {
+        const Ended ended = run(arguments);
+        EXPECT_EQ(ended.status, status);
+        EXPECT_TRUE(ended.errors.contains(reason)) << ended.errors;
+    }
+
     // Of the picture of 800 x 600 that a run has left; none when it has another size.
     [[nodiscard]] double redShare() const {
         const QImage picture(QString::fromStdString(path("p.png")));
@@ -107,17 +113,6 @@ TEST_P(BadFile, IsNamedAndKept) {
     expectRefused("a folder");
 }
 
-TEST_F(ProgramTest, ASceneOutsideTheProjectIsRefusedEvenThroughALink) {
-    makeRedBoxProject(path("other"));
-    makeRedBoxProject(path("project"));
-    fs::create_symlink(path("other/Content"), path("project/Linked"));
-    for (const std::string scene : {"Linked/Main.lscene", "../other/Content/Main.lscene"}) {
-        const Ended ended = run({path("project"), "--scene", scene, "--frames", "1", "--quiet"});
-        EXPECT_EQ(ended.status, 1);
-        EXPECT_TRUE(ended.errors.contains(scene + ": the scene lies outside")) << ended.errors;
-    }
-}
-
 TEST_F(ProgramTest, WritesThePictureAndTheStatisticsOfAGoodProject) {
     makeRedBoxProject(path("project"));
     for (const char* mode : {"--grid=on", "--play"}) {
@@ -144,25 +139,27 @@ TEST_F(ProgramTest, LeavesThePictureOfTheProjectWhenItIsClosed) {
     EXPECT_GT(QImage(picture).pixelColor(320, 200).red(), 60);
 }
 
-TEST_F(ProgramTest, TheSampleOpensWithoutAComplaint) {
-    const Ended ended = run({TARVIK_SAMPLE, "--frames", "1", "--time-limit", "90"});
-    EXPECT_EQ(ended.status, 0) << ended.errors;
-    EXPECT_FALSE(ended.errors.contains("warn")) << ended.errors;
-}
-
 TEST_F(ProgramTest, RunsThatCannotSucceedEndWithAReasonAndItsStatus) {
     makeRedBoxProject(path("project"));
+    makeRedBoxProject(path("other"));
+    fs::create_symlink(path("other/Content"), path("project/Linked"));
     const std::string picture = path("no such folder/p.png");
     const std::tuple<std::vector<std::string>, int, std::string> cases[] = {
         {{path("project"), "--quiet", "--screenshot", picture}, 1, picture},
         {{path("project"), "--quiet", "--gpu", "99", "--frames", "1"}, 1, "there is no GPU with index 99"},
         {{path("project"), "--quiet", "--frames", "1000000", "--time-limit", "1"}, 3, "--time-limit"},
     };
-    for (const auto& [arguments, status, reason] : cases) {
-        const Ended ended = run(arguments);
-        EXPECT_EQ(ended.status, status);
-        EXPECT_TRUE(ended.errors.contains(reason)) << ended.errors;
-    }
+    for (const auto& [arguments, status, reason] : cases)
+        expectEnd(arguments, status, reason);
+    for (const std::string scene : {"Linked/Main.lscene", "../other/Content/Main.lscene"})
+        expectEnd({path("project"), "--scene", scene, "--frames", "1", "--quiet"}, 1,
+                  scene + ": the scene lies outside");
+}
+
+TEST_F(ProgramTest, TheSampleOpensWithoutAComplaint) {
+    const Ended sample = run({TARVIK_SAMPLE, "--frames", "1", "--time-limit", "90"});
+    EXPECT_EQ(sample.status, 0) << sample.errors;
+    EXPECT_FALSE(sample.errors.contains("warn")) << sample.errors;
 }
 
 // Any window would need the platform plug-in that is not there.
@@ -190,18 +187,12 @@ TEST_F(BuildTest, EndsWithWhetherTheBehavioursCompileAndWithTheDiagnosticsAlone)
     EXPECT_EQ(std::ranges::count(broken.errors, '\n'), 1) << broken.errors;
 
     fs::copy(path("project"), path("[1]"), fs::copy_options::recursive); // CMake would find no sources there
-    const Ended pattern = run({"--build", "--project", path("[1]"), "-platform", "none"});
-    EXPECT_EQ(pattern.status, 1);
-    EXPECT_TRUE(pattern.errors.contains("takes for a pattern")) << pattern.errors;
+    expectEnd({"--build", "--project", path("[1]"), "-platform", "none"}, 1, "takes for a pattern");
 
     fs::remove_all(path("project/Scripts"));
-    const Ended empty = run(arguments_);
-    EXPECT_EQ(empty.status, 1);
-    EXPECT_TRUE(empty.errors.contains("No scripts")) << empty.errors;
+    expectEnd(arguments_, 1, "No scripts");
     fs::remove(path("project/project.json"));
-    const Ended none = run(arguments_);
-    EXPECT_EQ(none.status, 1);
-    EXPECT_TRUE(none.errors.contains("no project can be opened in " + path("project"))) << none.errors;
+    expectEnd(arguments_, 1, "no project can be opened in " + path("project"));
 }
 
 TEST_F(BuildTest, AMovedProjectBuildsAndPlaysButNotAgainACrash) {

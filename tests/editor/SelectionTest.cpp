@@ -61,21 +61,17 @@ TEST_F(SelectionTest, TheListFollowsTheViewAndTheViewTheList) {
     client_.clicked({0.0F, 0.0F});
     EXPECT_EQ(tinted(), Chosen(0));
     EXPECT_EQ(listed(), "Ball");
+    auto* filter = tree_.findChild<QLineEdit*>();
+    filter->setText("box");
+    EXPECT_EQ(tinted(), Chosen(0)) << "hidden by a filter, it stays selected";
+    EXPECT_EQ(listed(), "");
+    filter->clear();
+    EXPECT_EQ(listed(), "Ball");
     view_->setCurrentIndex(view_->model()->index(1, 0));
     EXPECT_EQ(tinted(), Chosen(1));
     client_.clicked({0.0F, 0.8F});
     EXPECT_EQ(tinted(), std::nullopt) << "a click on nothing";
     EXPECT_EQ(listed(), "");
-}
-
-TEST_F(SelectionTest, AFilterHidesTheSelectedEntityWithoutSelectingAnother) {
-    auto* filter = tree_.findChild<QLineEdit*>();
-    client_.clicked({0.0F, 0.0F});
-    filter->setText("box");
-    EXPECT_EQ(tinted(), Chosen(0));
-    EXPECT_EQ(listed(), "");
-    filter->clear();
-    EXPECT_EQ(listed(), "Ball");
 }
 
 TEST(InspectorTest, ValuesAreSpokenAndALongNamePushesThemNotOutOfSight) {

@@ -1,12 +1,8 @@
 #include "StagedExport.hpp"
 
-#include "Exporter.hpp"
-#include "Pump.hpp"
 #include "TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
-
-#include <QCoreApplication>
 
 #include <sys/mount.h>
 
@@ -93,46 +89,6 @@ TEST_F(StagedExportTest, ADiskWithoutRoomIsNamedBeforeAnythingIsWritten) {
     EXPECT_TRUE(error.starts_with(disk + ": the game takes ")) << error;
     EXPECT_EQ(names, Names{});
     EXPECT_EQ(progress_.done, 0U);
-}
-
-TEST_F(StagedExportTest, AnExporterTellsItsProgressAndLeavesNothingWhenItGoesOrIsCancelled) {
-    int count = 1;
-    std::string name = "test";
-    char* program[] = {name.data(), nullptr};
-    const QCoreApplication application(count, program);
-    fs::create_directory(folder_ / "project/Scripts");
-    test::writeText(folder_ / "project/Scripts/A.cpp", "");
-    auto exporter = std::make_unique<Exporter>();
-    quint64 done = 0;
-    quint64 total = 1;
-    std::vector<ExportOutcome> outcomes;
-    QObject::connect(exporter.get(), &Exporter::progressed, exporter.get(), [&](quint64 now, quint64 all) {
-        done = now;
-        total = all;
-    });
-    QObject::connect(exporter.get(), &Exporter::finished, exporter.get(), [&](const ExportOutcome& outcome) {
-        EXPECT_FALSE(exporter->busy());
-        outcomes.push_back(outcome);
-    });
-    const auto exportAndWait = [&](const char* destination) {
-        const std::size_t before = outcomes.size();
-        exporter->start(request(destination));
-        if (std::string_view(destination) == "disk/cancelled")
-            exporter->cancel();
-        EXPECT_TRUE(test::pumpUntil([&] { return outcomes.size() > before; }));
-        return outcomes.empty() ? ExportOutcome{} : outcomes.back();
-    };
-    const ExportOutcome good = exportAndWait("disk/new");
-    EXPECT_TRUE(good.launcher.endsWith("/disk/new/run.sh")) << good.reason.toStdString();
-    EXPECT_EQ(good.warnings.size(), 1);
-    EXPECT_EQ(done, total);
-    EXPECT_TRUE(exportAndWait("disk/new").reason.contains("is not empty"));
-    fs::resize_file(folder_ / "project/asset", 1U << 30U); // takes longer than to cancel
-    const ExportOutcome cancelled = exportAndWait("disk/cancelled");
-    EXPECT_TRUE(cancelled.launcher.isEmpty() && cancelled.reason.isEmpty());
-    exporter->start(request("disk/gone"));
-    exporter.reset();
-    EXPECT_EQ(test::namesIn(folder_ / "disk"), Names{"new"});
 }
 
 } // namespace
