@@ -19,14 +19,17 @@ done
 awk 'function value() { return substr($0, index($0, ":") + 2) + 0 }
      function text() { split($0, part, "\""); return part[4] }
      FNR == 1 { inside = 0; ratio = failure = "" }
-     BEGIN { row = "%-44s %10s %10s  %s\n"; printf row, "benchmark", "ratio", "goal", "" }
-     /^ *"name":/ { name = text(); ratio = goal = failure = "" }
+     BEGIN { row = "%-60s %10s %10s  %s\n"; printf row, "benchmark", "ratio", "goal", "" }
+     /^ *"name":/ { name = text(); ratio = goal = comparison = failure = "" }
      /^ *"ratio":/ { ratio = value() }
+     /^ *"comparison":/ { comparison = value() }
      /^ *"goal":/ { goal = value() }
      /^ *"error_message":/ { failure = text() }
      /^ *"benchmarks":/ { inside = 1 }
      inside && /^ *}/ {
          if (failure != "") { printf row, name, "", "", "failed: " failure; failures = 1 }
          else if (ratio != "") printf row, name, sprintf("%.3f", ratio), sprintf("%.3f", goal), ratio <= goal ? "met" : "missed"
+         else if (comparison != "") printf row, name, sprintf("%.3f", comparison), "", "for comparison"
+         name = ratio = comparison = failure = ""
      }
      END { exit failures }' "$results"/bench-*.json

@@ -52,12 +52,12 @@ project "Evening Garden" 5,1.6,7 3.9,2.2,3.9
 project Fountain -3,7,-3 0,1,0
 project Courtyard 11.5,6.6,14.5 1,1,0
 
-"$editor" --project "$dir/Courtyard" --frames 40 --size 1440x900 --grid on --quiet --screenshot "$images/editor.png"
+"$editor" --project "$dir/Courtyard" --still --frames 40 --size 1440x900 --quiet --screenshot "$images/editor.png"
 "$editor" --project "$dir/Courtyard" --play --frames 60 --size 1280x720 --quiet --screenshot "$images/game.png"
 
 open --size 1280x800
 shut "$images/hub.png"
-open --project "$dir/Courtyard" --size 1280x800
+open --project "$dir/Courtyard" --still --size 1280x800
 xdotool key alt+f
 sleep 1
 xdotool key t
