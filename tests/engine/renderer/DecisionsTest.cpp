@@ -12,8 +12,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <initializer_list>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace tarvik {
@@ -26,20 +26,16 @@ constexpr auto kImmediate = VK_PRESENT_MODE_IMMEDIATE_KHR;
 TEST(PresentModeTest, HoldsTheCallerNeitherOnWaylandNorWithoutVsync) {
     using enum rhi::PresentPolicy;
     using enum rhi::WindowSystem;
-    struct Case {
-        rhi::PresentPolicy policy;
-        rhi::WindowSystem system;
-        std::vector<VkPresentModeKHR> offered;
-        VkPresentModeKHR chosen;
+    using Modes = std::vector<VkPresentModeKHR>;
+    const std::tuple<rhi::PresentPolicy, rhi::WindowSystem, Modes, VkPresentModeKHR> cases[] = {
+        {Vsync, Other, {kImmediate, kMailbox, kFifo}, kFifo},
+        {Vsync, Wayland, {kMailbox, kFifo}, kMailbox},
+        {NoVsync, Other, {kFifo, kImmediate, kMailbox}, kMailbox},
+        {NoVsync, Other, {kFifo, kImmediate}, kImmediate},
+        {Vsync, Wayland, {kImmediate, kFifo}, kFifo},
     };
-    for (const Case& c : std::initializer_list<Case>{
-             {Vsync, Other, {kImmediate, kMailbox, kFifo}, kFifo},
-             {Vsync, Wayland, {kMailbox, kFifo}, kMailbox},
-             {NoVsync, Other, {kFifo, kImmediate, kMailbox}, kMailbox},
-             {NoVsync, Other, {kFifo, kImmediate}, kImmediate},
-             {Vsync, Wayland, {kImmediate, kFifo}, kFifo},
-         })
-        EXPECT_EQ(rhi::choosePresentMode(c.policy, c.system, c.offered), c.chosen);
+    for (const auto& [policy, system, offered, chosen] : cases)
+        EXPECT_EQ(rhi::choosePresentMode(policy, system, offered), chosen);
 }
 
 TEST(GpuChoiceTest, TakesTheBestKindThatCanDoWhatIsNeededAndNamesWhatIsMissing) {
@@ -86,25 +82,14 @@ TEST(InstanceStreamTest, DetailFollowsTheSizeOnThePictureWhateverTheProjection) 
     const CameraView usual = lookAt({}, {0.0F, 0.0F, -1.0F}, 0.8F, 1.5F, 0.1F);
     const CameraView wide = lookAt({}, {0.0F, 0.0F, -1.0F}, 2.8F, 1.5F, 0.1F);
     const CameraView orthographic{.projection = glm::ortho(-50.0F, 50.0F, -50.0F, 50.0F)};
-    struct Case {
-        const CameraView& view;
-        glm::vec3 position;
-        float scale;
-        std::uint32_t detailed;
+    const std::tuple<CameraView, glm::vec3, float, std::uint32_t> cases[] = {
+        {usual, {0.0F, 0.0F, -45.0F}, 1.0F, 1},          {usual, {0.0F, 0.0F, -60.0F}, 1.0F, 0},
+        {wide, {20.0F, 0.0F, -3.0F}, 1.0F, 1},           {orthographic, {0.0F, 0.0F, -0.1F}, 1.0F, 0},
+        {orthographic, {0.0F, 0.0F, -100.0F}, 10.0F, 1},
     };
-    for (const auto& [view, position, scale, detailed] : std::initializer_list<Case>{
-             {usual, {0.0F, 0.0F, -45.0F}, 1.0F, 1},
-             {usual, {0.0F, 0.0F, -60.0F}, 1.0F, 0},
-             {wide, {20.0F, 0.0F, -3.0F}, 1.0F, 1},
-             {orthographic, {0.0F, 0.0F, -0.1F}, 1.0F, 0},
-             {orthographic, {0.0F, 0.0F, -100.0F}, 10.0F, 1},
-         }) {
-        Entity entity;
-        entity.mesh = Mesh::Sphere;
-        entity.transform.position = position;
-        entity.transform.scale = glm::vec3(scale);
+    for (const auto& [view, position, scale, detailed] : cases) {
         Scene scene("one");
-        scene.add(entity);
+        scene.add(test::entityOf(Mesh::Sphere, {}, position, glm::vec3(scale)));
         render::Instance instance;
         const auto ranges = render::writeInstances(
             scene, {.depthRow = glm::row(view.projection, 3), .focalLength = std::abs(view.projection[1][1])},
