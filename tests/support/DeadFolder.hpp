@@ -16,14 +16,11 @@ namespace tarvik::test {
 class DeadFolder final {
 public:
     DeadFolder() : server_(::open("/dev/fuse", O_RDWR | O_CLOEXEC)) {
-        const std::string options = "fd=" + std::to_string(server_) +
-                                    ",rootmode=40000,user_id=" + std::to_string(::geteuid()) +
-                                    ",group_id=" + std::to_string(::getegid());
+        const std::string options =
+            fmt::format("fd={},rootmode=40000,user_id={},group_id={}", server_, ::geteuid(), ::getegid());
         mounted_ =
             ::mount("dead", mountPoint_.path().c_str(), "fuse", MS_NODEV | MS_NOSUID, options.c_str()) == 0;
     }
-    DeadFolder(const DeadFolder&) = delete;
-    DeadFolder& operator=(const DeadFolder&) = delete;
     ~DeadFolder() {
         giveUp();
         if (mounted_)

@@ -99,13 +99,11 @@ TEST_F(CaptureTest, TheNearerThingHidesTheFartherInEitherOrder) {
 }
 
 TEST_F(CaptureTest, LightFallsOnTheSideThatFacesItAndFlatteningTurnsNormalsUpwards) {
-    Entity light;
-    light.light = Light{};
-    light.transform.rotation = glm::angleAxis(1.5708F, glm::vec3(0.0F, 1.0F, 0.0F)); // shines along -x
+    const glm::quat towardsLeft = glm::angleAxis(1.5708F, glm::vec3(0.0F, 1.0F, 0.0F)); // along -x
     const auto rightMinusLeft = [&](const glm::vec3& scale, const glm::vec3& eye) {
         Scene scene("lit");
         scene.add(entityOf(Mesh::Sphere, kGrey, {}, scale));
-        scene.add(light);
+        scene.add({.transform = {.rotation = towardsLeft}, .light = Light{}});
         const auto image = capture(scene, {64, 64}, eye);
         return at(image, 40, 32).brightness() - at(image, 24, 32).brightness();
     };

@@ -1,16 +1,14 @@
+// The renderer keeps the entry points that it loads to itself.
+#define VK_USE_PLATFORM_XCB_KHR
+#define VOLK_IMPLEMENTATION
+#include <volk.h>
+
 #include "Drawing.hpp"
 #include "TemporaryFolder.hpp"
 
 #include <tarvik/renderer/Errors.hpp>
 #include <tarvik/renderer/PresentTarget.hpp>
 #include <tarvik/scene/CameraView.hpp>
-
-#include <vulkan/vulkan_core.h>
-#include <xcb/xcb.h>
-
-#include <vulkan/vulkan_xcb.h>
-
-#include <dlfcn.h>
 
 #include <atomic>
 #include <chrono>
@@ -30,26 +28,26 @@ using render::FrameResult;
 // A bare X window with a Vulkan surface.
 class Window final {
 public:
-    Window(VkInstance instance, std::uint16_t width, std::uint16_t height)
+    explicit Window(VkInstance instance)
         : instance_(instance),
           connection_(xcb_connect(nullptr, nullptr)),
           window_(xcb_generate_id(connection_)) {
         const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
-        xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, screen->root, 0, 0, width, height, 0,
+        xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, screen->root, 0, 0, 320, 200, 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
         xcb_map_window(connection_, window_);
         sync();
+        volkInitialize();
+        volkLoadInstanceOnly(instance_);
         const VkXcbSurfaceCreateInfoKHR info{.sType = VK_STRUCTURE_TYPE_XCB_SURFACE_CREATE_INFO_KHR,
-                                             .pNext = nullptr,
-                                             .flags = 0,
                                              .connection = connection_,
                                              .window = window_};
-        call<PFN_vkCreateXcbSurfaceKHR>("vkCreateXcbSurfaceKHR")(instance_, &info, nullptr, &surface_);
+        vkCreateXcbSurfaceKHR(instance_, &info, nullptr, &surface_);
     }
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
     ~Window() {
-        call<PFN_vkDestroySurfaceKHR>("vkDestroySurfaceKHR")(instance_, surface_, nullptr);
+        vkDestroySurfaceKHR(instance_, surface_, nullptr);
         xcb_disconnect(connection_);
     }
 
@@ -69,13 +67,6 @@ private:
         std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
     }
 
-    template <typename Function>
-    Function call(const char* name) {
-        static const auto load = reinterpret_cast<PFN_vkGetInstanceProcAddr>(
-            dlsym(dlopen("libvulkan.so.1", RTLD_NOW), "vkGetInstanceProcAddr"));
-        return reinterpret_cast<Function>(load(instance_, name));
-    }
-
     VkInstance instance_;
     xcb_connection_t* connection_;
     xcb_window_t window_;
@@ -93,7 +84,7 @@ protected:
 
     void open(Watch watch = Watch::Validated, render::RenderContextConfig config = {}) {
         start({"VK_KHR_surface", "VK_KHR_xcb_surface"}, watch, std::move(config));
-        window_ = std::make_unique<Window>(context_->vkInstance(), 320, 200);
+        window_ = std::make_unique<Window>(context_->vkInstance());
         makeTarget();
     }
     void makeTarget() {
@@ -188,7 +179,7 @@ TEST_F(PresentTest, ASteadyFrameAllocatesNothing) {
 TEST_F(PresentTest, SlowTargetsTakeTurnsUntilOneIsDrawnToNoMore) {
     open(Watch::Unwatched);
     drawSlowly(50);
-    const Window window(context_->vkInstance(), 320, 200);
+    const Window window(context_->vkInstance());
     auto other = std::make_unique<render::PresentTarget>(*context_, window.surface(), VkExtent2D{320, 200},
                                                          rhi::PresentPolicy::Vsync);
     int left = 0;
