@@ -39,9 +39,7 @@ class CameraTest : public testing::Test {
 protected:
     CameraTest() {
         scene_.add(test::entityOf(Mesh::Cube, {}, {3.0F, 1.0F, -2.0F}));
-        app::AppOptions standing;
-        standing.still = true;
-        startFrom(standing);
+        startFrom({.still = true});
     }
 
     void startFrom(const app::AppOptions& options) {
@@ -64,9 +62,7 @@ protected:
 TEST_F(CameraTest, CirclesUntilTheFirstTouchAndIsTakenOverWhereItIs) {
     for (const char* eye : {"", "1,9,1", "3,50,-2", "3,-50,-2"}) { // the last two look down and up
         SCOPED_TRACE(eye);
-        app::AppOptions options;
-        options.cameraEye = eye;
-        startFrom(options);
+        startFrom({.cameraEye = eye});
         const CameraView before = frame(2.0F);
         EXPECT_GT(difference(before, frame(2.0F)), 0.01F);
         const CameraView last = frame();

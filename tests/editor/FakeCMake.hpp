@@ -14,8 +14,6 @@ public:
         writeText(source(), "");
         qputenv("PATH", folder_.path().c_str());
     }
-    FakeCMake(const FakeCMake&) = delete;
-    FakeCMake& operator=(const FakeCMake&) = delete;
     ~FakeCMake() { qputenv("PATH", path_); }
 
     // What it does, in a shell.

@@ -6,7 +6,6 @@
 
 #include <QContextMenuEvent>
 #include <QFileDialog>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
@@ -17,20 +16,12 @@ namespace {
 
 using test::pumpUntil;
 
-std::vector<RecentProject> projectsIn(const std::filesystem::path& folder, int count) {
-    std::vector<RecentProject> projects;
-    projects.reserve(1 + static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i)
-        projects.push_back({folder / std::to_string(i), "Project " + std::to_string(i), count - i});
-    return projects;
-}
-
 // The hub on a registry of a thousand, as the main window has it.
 class HubTest : public testing::Test {
 protected:
-    HubTest() : projects_(projectsIn(folder_.path(), 1000)) {
-        for (const RecentProject& each : projects_)
-            registry_.put(each);
+    HubTest() {
+        for (int i = 0; i < 1000; ++i)
+            registry_.put({folder_ / std::to_string(i), "Project " + std::to_string(i), 1000 - i});
         QObject::connect(&hub_, &Hub::removalRequested, &hub_, [this](const RecentProject& project) {
             registry_.remove(project.path);
             hub_.setProjects(registry_.projects());
@@ -59,7 +50,6 @@ protected:
     [[nodiscard]] QString current() const { return grid_->currentIndex().data().toString(); }
 
     const test::TemporaryFolder folder_;
-    std::vector<RecentProject> projects_;
     ProjectRegistry registry_{folder_ / "recent.json"};
     Hub hub_;
     QListView* grid_ = hub_.findChild<QListView*>();
@@ -89,12 +79,12 @@ TEST_F(HubTest, AllIsDoneByKeyboardAmongAThousand) {
     press(Qt::Key_Down);
     EXPECT_TRUE(grid_->hasFocus());
     press(Qt::Key_Return);
-    EXPECT_EQ(chosen_, projects_[42].path);
+    EXPECT_EQ(chosen_, folder_ / "42");
 }
 
 TEST_F(HubTest, AMovedProjectIsGreyedAndCanBeLocatedFromItsMenu) {
     show();
-    ASSERT_TRUE(pumpUntil([&] { return hub_.isMissing(projects_[0].path); }));
+    ASSERT_TRUE(pumpUntil([&] { return hub_.isMissing(folder_ / "0"); }));
     RecentProject moved;
     QString where;
     QObject::connect(&hub_, &Hub::located, &hub_, [&](const RecentProject& project, const QString& chosen) {
@@ -112,7 +102,7 @@ TEST_F(HubTest, AMovedProjectIsGreyedAndCanBeLocatedFromItsMenu) {
     const QString place = QString::fromStdString(folder_.path().string());
     dialog->findChild<QLineEdit*>("fileNameEdit")->setText(place);
     static_cast<QDialog*>(dialog)->accept();
-    EXPECT_EQ(moved.path, projects_[0].path);
+    EXPECT_EQ(moved.path, folder_ / "0");
     EXPECT_EQ(where, place);
 }
 

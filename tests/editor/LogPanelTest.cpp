@@ -14,90 +14,84 @@
 #include <QScrollBar>
 #include <QTableView>
 
-#include <memory>
-
 namespace tarvik::editor {
 namespace {
 
 using app::LogBridge;
 using test::pumpUntil;
 
-struct PanelUnderTest {
-    LogBridge bridge;
-    std::unique_ptr<LogPanel> panel = std::make_unique<LogPanel>();
-
-    PanelUnderTest() {
-        panel->attach(bridge);
-        panel->resize(800, 300);
-        panel->show();
+class LogPanelTest : public testing::Test {
+protected:
+    LogPanelTest() {
+        panel_.attach(bridge_);
+        panel_.resize(800, 300);
+        panel_.show();
     }
-    void log(LogLevel level, const std::string& text) { bridge.push({level, "Test", text, 0}); }
-    [[nodiscard]] QTableView& table() const { return *panel->findChild<QTableView*>(); }
-    [[nodiscard]] int rows() const { return table().model()->rowCount(); }
-    [[nodiscard]] QString message(int row) const { return table().model()->index(row, 3).data().toString(); }
+    void log(LogLevel level, const std::string& text) { bridge_.push({level, "Test", text, 0}); }
+    [[nodiscard]] int rows() const { return table_.model()->rowCount(); }
+    [[nodiscard]] QString message(int row) const { return table_.model()->index(row, 3).data().toString(); }
+
+    LogBridge bridge_;
+    LogPanel panel_;
+    const QTableView& table_ = *panel_.findChild<QTableView*>();
 };
 
-TEST(LogPanelTest, AFloodComesInBatchesAndLeavesTheTableBounded) {
+TEST_F(LogPanelTest, AFloodComesInBatchesAndLeavesTheTableBounded) {
     constexpr int kLines = 100'000;
-    PanelUnderTest shown;
-    const auto& model = *shown.table().model();
+    const auto& model = *table_.model();
     int batches = 0;
     QObject::connect(&model, &QAbstractItemModel::rowsInserted, &model, [&] { ++batches; });
     QObject::connect(&model, &QAbstractItemModel::modelReset, &model, [&] { ++batches; });
     for (int i = 0; i < kLines; ++i)
-        shown.log(LogLevel::Info, "line");
-    shown.log(LogLevel::Info, "last");
-    ASSERT_TRUE(pumpUntil([&] { return shown.rows() > 0 && shown.message(shown.rows() - 1) == "last"; }));
-    EXPECT_EQ(shown.rows(), static_cast<int>(LogBridge::kHistory));
+        log(LogLevel::Info, "line");
+    log(LogLevel::Info, "last");
+    ASSERT_TRUE(pumpUntil([&] { return rows() > 0 && message(rows() - 1) == "last"; }));
+    EXPECT_EQ(rows(), static_cast<int>(LogBridge::kHistory));
     EXPECT_LT(batches, kLines / 10) << "one by one, lines would hold the event loop for seconds";
 }
 
-TEST(LogPanelTest, FiltersByLevelAndTextAndCopiesWhatIsShown) {
-    PanelUnderTest shown;
-    shown.log(LogLevel::Info, "red apple");
-    shown.log(LogLevel::Error, "red\nbrick");
-    shown.log(LogLevel::Warn, "blue sky");
-    ASSERT_TRUE(pumpUntil([&] { return shown.rows() == 3; }));
+TEST_F(LogPanelTest, FiltersByLevelAndTextAndCopiesWhatIsShown) {
+    log(LogLevel::Info, "red apple");
+    log(LogLevel::Error, "red\nbrick");
+    log(LogLevel::Warn, "blue sky");
+    ASSERT_TRUE(pumpUntil([&] { return rows() == 3; }));
 
-    shown.panel->findChild<QComboBox*>()->setCurrentText("Warnings and errors");
-    shown.panel->findChild<QLineEdit*>()->setText("RED");
-    ASSERT_EQ(shown.rows(), 1);
-    EXPECT_EQ(shown.message(0), "red↵brick");
+    panel_.findChild<QComboBox*>()->setCurrentText("Warnings and errors");
+    panel_.findChild<QLineEdit*>()->setText("RED");
+    ASSERT_EQ(rows(), 1);
+    EXPECT_EQ(message(0), "red↵brick");
 
-    for (auto* button : shown.panel->findChildren<QPushButton*>()) {
+    for (auto* button : panel_.findChildren<QPushButton*>()) {
         if (button->text().contains("Copy"))
             button->click();
     }
     EXPECT_TRUE(QApplication::clipboard()->text().endsWith("error [Test] red\nbrick"));
 }
 
-TEST(LogPanelTest, ScrollingUpEndsFollowingAndOldLinesThatLeaveDoNotMoveTheView) {
-    PanelUnderTest shown;
+TEST_F(LogPanelTest, ScrollingUpEndsFollowingAndOldLinesThatLeaveDoNotMoveTheView) {
     for (std::size_t i = 0; i < LogBridge::kHistory; ++i)
-        shown.log(LogLevel::Info, std::to_string(i));
-    const QTableView& table = shown.table();
-    ASSERT_TRUE(pumpUntil([&] { return shown.rows() == static_cast<int>(LogBridge::kHistory); }));
-    QScrollBar& bar = *table.verticalScrollBar();
+        log(LogLevel::Info, std::to_string(i));
+    ASSERT_TRUE(pumpUntil([&] { return rows() == static_cast<int>(LogBridge::kHistory); }));
+    QScrollBar& bar = *table_.verticalScrollBar();
     ASSERT_TRUE(pumpUntil([&] { return bar.maximum() > 0 && bar.value() == bar.maximum(); }));
 
     for (int page = 0; page < 10; ++page)
         bar.triggerAction(QAbstractSlider::SliderPageStepSub);
-    const QString top = table.indexAt({0, 0}).siblingAtColumn(3).data().toString();
+    const QString top = table_.indexAt({0, 0}).siblingAtColumn(3).data().toString();
     for (int i = 0; i < 100; ++i)
-        shown.log(LogLevel::Info, "more");
-    ASSERT_TRUE(pumpUntil([&] { return shown.message(shown.rows() - 1) == "more"; }));
-    EXPECT_EQ(table.indexAt({0, 0}).siblingAtColumn(3).data().toString(), top);
+        log(LogLevel::Info, "more");
+    ASSERT_TRUE(pumpUntil([&] { return message(rows() - 1) == "more"; }));
+    EXPECT_EQ(table_.indexAt({0, 0}).siblingAtColumn(3).data().toString(), top);
 }
 
 // Laid out whole, such a line would take seconds at every repaint.
-TEST(LogPanelTest, AVeryLongLineIsShownAbridgedAndNoCharacterCutInTwo) {
-    PanelUnderTest shown;
+TEST_F(LogPanelTest, AVeryLongLineIsShownAbridgedAndNoCharacterCutInTwo) {
     for (const QString& start : {QString("x"), QString("xy")})
-        shown.log(LogLevel::Info, (start + QString("🎮").repeated(2'500'000)).toStdString());
-    ASSERT_TRUE(pumpUntil([&] { return shown.rows() == 2; }));
+        log(LogLevel::Info, (start + QString("🎮").repeated(2'500'000)).toStdString());
+    ASSERT_TRUE(pumpUntil([&] { return rows() == 2; }));
     for (const int row : {0, 1}) {
-        EXPECT_LT(shown.message(row).size(), 2000);
-        EXPECT_TRUE(shown.message(row).isValidUtf16());
+        EXPECT_LT(message(row).size(), 2000);
+        EXPECT_TRUE(message(row).isValidUtf16());
     }
 }
 

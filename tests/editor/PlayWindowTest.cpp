@@ -22,12 +22,9 @@ using test::pumpUntil;
 TEST(PlayWindowTest, F11FillsTheScreenAndEscapeFreesTheMouseThenEndsTheGame) {
     const test::TemporaryFolder folder;
     test::makeRedBoxProject(folder / "game");
-    app::AppOptions options;
-    options.projectDir = QString::fromStdString((folder / "game").string());
-    options.play = true;
     QElapsedTimer sinceStart;
     sinceStart.start();
-    Session session(options, sinceStart);
+    Session session({.projectDir = QString::fromStdString(folder / "game"), .play = true}, sinceStart);
     PlayWindow window(session);
     window.play();
     const auto* pane = window.findChild<ViewportPane*>();

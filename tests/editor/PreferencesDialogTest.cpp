@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QDialogButtonBox>
 #include <QDir>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QSettings>
 #include <QTest>
 

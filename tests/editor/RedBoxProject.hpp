@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Entities.hpp"
-
 #include <tarvik/project/Project.hpp>
 #include <tarvik/scene/SceneFile.hpp>
 
@@ -13,9 +11,7 @@ namespace tarvik::test {
 inline void makeRedBoxProject(const std::filesystem::path& root, const char* behaviour = "") {
     auto project = Project::create(root, "Test").value();
     Scene scene("Main");
-    Entity box = entityOf(Mesh::Cube, {220, 20, 20});
-    box.behaviour = behaviour;
-    scene.add(std::move(box));
+    scene.add({.mesh = Mesh::Cube, .colour = {220, 20, 20}, .behaviour = behaviour});
     saveScene(scene, project.contentDir() / "Main.lscene").value();
     project.setDefaultScene("Content/Main.lscene");
     project.save().value();

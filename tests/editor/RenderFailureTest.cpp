@@ -23,11 +23,7 @@ TEST(RenderFailureTest, StartingAfreshKeepsProjectAndScene) {
     const QString root = folder.filePath("project");
     test::makeRedBoxProject(root.toStdString());
 
-    app::AppOptions options;
-    options.projectDir = root;
-    QElapsedTimer sinceStart;
-    sinceStart.start();
-    Session session(options, sinceStart);
+    Session session({.projectDir = root}, QElapsedTimer());
     int contexts = 1;
     QObject::connect(&session, &Session::contextChanged, &session, [&contexts] { ++contexts; });
     MainWindow window(session);

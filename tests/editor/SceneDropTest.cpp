@@ -18,22 +18,19 @@ TEST(SceneDropTest, TakesOneProjectFolderOrOneSceneFileAndNothingElse) {
     const auto url = [&](const QString& name) {
         return QUrl::fromLocalFile(dir.filePath(name));
     };
-    struct Case {
-        QList<QUrl> urls;
-        DropKind kind;
+    const std::pair<QList<QUrl>, DropKind> cases[] = {
+        {{url("project")}, DropKind::Project},
+        {{url("a b ü.lscene")}, DropKind::Scene},
+        {{url("folder")}, DropKind::Nothing},                // what is named project.json there is a folder
+        {{url("project/folder.lscene")}, DropKind::Nothing}, // a folder
+        {{url("Main.lscene.txt")}, DropKind::Nothing},
+        {{url("project"), url("a b ü.lscene")}, DropKind::Nothing},
+        {{QUrl("https://example.org/Main.lscene")}, DropKind::Nothing},
     };
-    for (const Case& c : std::initializer_list<Case>{
-             {{url("project")}, DropKind::Project},
-             {{url("a b ü.lscene")}, DropKind::Scene},
-             {{url("folder")}, DropKind::Nothing}, // what is named project.json there is a folder
-             {{url("project/folder.lscene")}, DropKind::Nothing}, // a folder
-             {{url("Main.lscene.txt")}, DropKind::Nothing},
-             {{url("project"), url("a b ü.lscene")}, DropKind::Nothing},
-             {{QUrl("https://example.org/Main.lscene")}, DropKind::Nothing},
-         }) {
-        const SceneDrop drop = sceneDropOf(c.urls);
-        EXPECT_EQ(drop.kind, c.kind) << c.urls.value(0).toString().toStdString();
-        EXPECT_TRUE(c.kind == DropKind::Nothing || QUrl::fromLocalFile(drop.path) == c.urls.front());
+    for (const auto& [urls, kind] : cases) {
+        const SceneDrop drop = sceneDropOf(urls);
+        EXPECT_EQ(drop.kind, kind) << urls.value(0).toString().toStdString();
+        EXPECT_TRUE(kind == DropKind::Nothing || QUrl::fromLocalFile(drop.path) == urls.front());
     }
 }
 

@@ -1,4 +1,3 @@
-#include "Entities.hpp"
 #include "Inspector.hpp"
 #include "SceneTree.hpp"
 #include "SceneViewClient.hpp"
@@ -26,11 +25,8 @@ class SelectionTest : public testing::Test {
 protected:
     SelectionTest() {
         auto scene = std::make_shared<Scene>("Main");
-        for (const Mesh mesh : {Mesh::Sphere, Mesh::Cube}) {
-            Entity entity = test::entityOf(mesh, {}, {mesh == Mesh::Sphere ? 0.0F : 2.0F, 0.0F, 0.0F});
-            entity.name = mesh == Mesh::Sphere ? "Ball" : "Box";
-            scene->add(std::move(entity));
-        }
+        scene->add({.name = "Ball", .mesh = Mesh::Sphere});
+        scene->add({.name = "Box", .transform = {.position = {2.0F, 0.0F, 0.0F}}, .mesh = Mesh::Cube});
         client_.setScene(scene);
         tree_.setScene(scene);
         QObject::connect(&client_, &SceneViewClient::entityChosen, &tree_, &SceneTree::choose);
@@ -39,20 +35,12 @@ protected:
         static_cast<void>(client_.cameraView(1.0F));
     }
 
-    static app::AppOptions lookingAtTheBall() {
-        app::AppOptions options;
-        options.cameraEye = "0,0,10";
-        options.cameraTarget = "0,0,0";
-        options.still = true;
-        return options;
-    }
-
     [[nodiscard]] QString listed() const {
         return view_->selectionModel()->selectedRows().value(0).data().toString();
     }
     Chosen tinted() { return client_.renderSettings().selected; }
 
-    SceneViewClient client_{lookingAtTheBall()};
+    SceneViewClient client_{{.cameraEye = "0,0,10", .cameraTarget = "0,0,0", .still = true}};
     SceneTree tree_;
     QTreeView* view_ = tree_.findChild<QTreeView*>();
 };
@@ -76,9 +64,9 @@ TEST_F(SelectionTest, TheListFollowsTheViewAndTheViewTheList) {
 
 TEST(InspectorTest, ValuesAreSpokenAndALongNamePushesThemNotOutOfSight) {
     auto scene = std::make_shared<Scene>("Main");
-    Entity entity = test::entityOf(Mesh::Cube, {}, {1.5F, 0.0F, -2.0F});
-    entity.name = std::string(10'000, 'W');
-    scene->add(std::move(entity));
+    scene->add({.name = std::string(10'000, 'W'),
+                .transform = {.position = {1.5F, 0.0F, -2.0F}},
+                .mesh = Mesh::Cube});
     Inspector inspector;
     inspector.setScene(scene);
     inspector.inspect(0);
