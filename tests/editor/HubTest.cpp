@@ -1,6 +1,11 @@
 #include "Hub.hpp"
+#include "OpeningBar.hpp"
 #include "Pump.hpp"
+#include "RecentProjects.hpp"
+#include "Session.hpp"
 #include "TemporaryFolder.hpp"
+
+#include <tarvik/project/Project.hpp>
 
 #include <gtest/gtest.h>
 
@@ -16,27 +21,20 @@ namespace {
 
 using test::pumpUntil;
 
-// The hub on a registry of a thousand, as the main window has it.
+// The hub with a thousand recent projects, none of which is there.
 class HubTest : public testing::Test {
 protected:
     HubTest() {
+        registry_ = ProjectRegistry(folder_ / "recent.json");
         for (int i = 0; i < 1000; ++i)
             registry_.put({folder_ / std::to_string(i), "Project " + std::to_string(i), 1000 - i});
-        QObject::connect(&hub_, &Hub::removalRequested, &hub_, [this](const RecentProject& project) {
-            registry_.remove(project.path);
-            hub_.setProjects(registry_.projects());
-        });
-        QObject::connect(&hub_, &Hub::restoreRequested, &hub_, [this](const RecentProject& project) {
-            registry_.put(project);
-            hub_.setProjects(registry_.projects());
-        });
         QObject::connect(&hub_, &Hub::projectChosen, &hub_,
                          [this](const RecentProject& project) { chosen_ = project.path; });
         hub_.resize(1000, 700);
     }
 
     void show() {
-        hub_.setProjects(registry_.projects());
+        recent_.showInHub();
         hub_.show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&hub_));
     }
@@ -50,8 +48,11 @@ protected:
     [[nodiscard]] QString current() const { return grid_->currentIndex().data().toString(); }
 
     const test::TemporaryFolder folder_;
-    ProjectRegistry registry_{folder_ / "recent.json"};
+    Session session_{{}, QElapsedTimer()};
+    ProjectRegistry& registry_ = session_.context().registry;
     Hub hub_;
+    OpeningBar bar_;
+    RecentProjects recent_{session_, hub_, bar_};
     QListView* grid_ = hub_.findChild<QListView*>();
     std::filesystem::path chosen_;
 };
@@ -85,12 +86,7 @@ TEST_F(HubTest, AllIsDoneByKeyboardAmongAThousand) {
 TEST_F(HubTest, AMovedProjectIsGreyedAndCanBeLocatedFromItsMenu) {
     show();
     ASSERT_TRUE(pumpUntil([&] { return hub_.isMissing(folder_ / "0"); }));
-    RecentProject moved;
-    QString where;
-    QObject::connect(&hub_, &Hub::located, &hub_, [&](const RecentProject& project, const QString& chosen) {
-        moved = project;
-        where = chosen;
-    });
+    ASSERT_TRUE(Project::create(folder_ / "moved", "Moved"));
     const QPoint card = grid_->visualRect(grid_->currentIndex()).center();
     QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, card, grid_->mapToGlobal(card));
     QCoreApplication::sendEvent(grid_->viewport(), &menuKey);
@@ -99,11 +95,10 @@ TEST_F(HubTest, AMovedProjectIsGreyedAndCanBeLocatedFromItsMenu) {
     QTest::keyClick(menu, Qt::Key_L);
     QFileDialog* dialog = nullptr;
     ASSERT_TRUE(pumpUntil([&] { return (dialog = hub_.findChild<QFileDialog*>()) != nullptr; }));
-    const QString place = QString::fromStdString(folder_.path().string());
-    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(place);
+    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(QString::fromStdString(folder_ / "moved"));
     static_cast<QDialog*>(dialog)->accept();
-    EXPECT_EQ(moved.path, folder_ / "0");
-    EXPECT_EQ(where, place);
+    EXPECT_TRUE(pumpUntil([&] { return current() == "Moved"; }));
+    EXPECT_EQ(registry_.projects().size(), 1000U);
 }
 
 TEST_F(HubTest, NamesOfAnyLengthAndScriptAreShownSearchedAndSpokenInBounds) {

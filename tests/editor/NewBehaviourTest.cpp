@@ -28,11 +28,9 @@ protected:
         QTest::keyClicks(field, name);
     }
     [[nodiscard]] bool canCreate() const {
-        for (const auto* button : dialog_->findChildren<QPushButton*>()) {
-            if (button->isDefault())
-                return button->isEnabled();
-        }
-        return false;
+        return std::ranges::any_of(dialog_->findChildren<QPushButton*>(), [](const QPushButton* button) {
+            return button->isDefault() && button->isEnabled();
+        });
     }
 
     test::FakeCMake cmake_;

@@ -18,8 +18,7 @@ using test::pumpUntil;
 
 TEST(RenderFailureTest, StartingAfreshKeepsProjectAndScene) {
     const QTemporaryDir folder;
-    qputenv("XDG_DATA_HOME", folder.filePath("data").toUtf8());
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.filePath("settings"));
+    QSettings().clear();
     const QString root = folder.filePath("project");
     test::makeRedBoxProject(root.toStdString());
 

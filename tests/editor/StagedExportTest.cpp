@@ -23,13 +23,10 @@ protected:
         test::writeText(folder_ / "project/asset", std::string(100'000, 'x'));
     }
 
-    [[nodiscard]] app::GameExport request(const fs::path& destination) const {
-        return {folder_ / "project", "Game",      folder_ / destination,
-                folder_ / "runtime", "linux-any", nullptr};
-    }
-
     std::string exportTo(const fs::path& destination) {
-        const auto launcher = exportStaged(request(destination), progress_, total_);
+        const app::GameExport request{folder_ / "project", "Game",      folder_ / destination,
+                                      folder_ / "runtime", "linux-any", nullptr};
+        const auto launcher = exportStaged(request, progress_, total_);
         return launcher ? launcher->lexically_relative(fs::canonical(folder_.path())).string()
                         : launcher.error().message;
     }
@@ -59,11 +56,9 @@ TEST_F(StagedExportTest, WhateverFailsNothingIsLeft) {
     fs::create_symlink("no/such", folder_ / "nowhere");
     const Names before = test::namesIn(disk);
     EXPECT_EQ(exportTo("disk/file"), disk + "/file is not a folder: choose an empty or new folder");
-    EXPECT_EQ(exportTo("nowhere"),
-              (folder_ / "nowhere").string() + " is not a folder: choose an empty or new folder");
+    EXPECT_TRUE(exportTo("nowhere").ends_with("/nowhere is not a folder: choose an empty or new folder"));
     EXPECT_EQ(exportTo("disk/file/below"), "cannot create " + disk + "/file/below.part: Not a directory");
-    EXPECT_EQ(exportTo("loop/new"),
-              "cannot create " + (folder_ / "loop/new").string() + ": Too many levels of symbolic links");
+    EXPECT_TRUE(exportTo("loop/new").ends_with("/loop/new: Too many levels of symbolic links"));
     {
         const test::FileSizeLimit fullDisk(50'000);
         EXPECT_TRUE(exportTo("disk/full").ends_with("asset: File too large"));

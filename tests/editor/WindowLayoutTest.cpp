@@ -1,7 +1,6 @@
 #include "WindowLayout.hpp"
 
 #include "Pump.hpp"
-#include "TemporaryFolder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -19,9 +18,7 @@ namespace tarvik::editor {
 namespace {
 
 TEST(WindowLayoutTest, AHiddenToolBarStaysHiddenUntilTheUserShowsIt) {
-    const test::TemporaryFolder folder;
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                       QString::fromStdString(folder / "settings"));
+    QSettings().clear();
     for (const bool wanted : {true, false, true}) {
         QMainWindow window;
         QToolBar* bar = window.addToolBar("Bar");
