@@ -5,12 +5,6 @@
 #include <QStringList>
 
 namespace tarvik::editor {
-namespace {
-
-std::expected<CommandLine, CommandLineStop> parse(const QStringList& arguments) {
-    return parseCommandLine(QStringList{"tarvik-editor"} + arguments);
-}
-
 TEST(CommandLineTest, WrongArgumentsEndWithUsageAndAreNamed) {
     const std::pair<QStringList, const char*> cases[] = {
         {{"p", "--frames", "2147483648"}, "--frames: \"2147483648\""},
@@ -31,12 +25,11 @@ TEST(CommandLineTest, WrongArgumentsEndWithUsageAndAreNamed) {
     };
     for (const auto& [arguments, complaint] : cases) {
         SCOPED_TRACE(arguments.join(' ').toStdString());
-        const auto parsed = parse(arguments);
+        const auto parsed = parseCommandLine(QStringList{"tarvik-editor"} + arguments);
         ASSERT_FALSE(parsed);
         EXPECT_EQ(parsed.error().status, ExitStatus::Usage);
         EXPECT_TRUE(parsed.error().text.contains(complaint)) << parsed.error().text.toStdString();
     }
 }
 
-} // namespace
 } // namespace tarvik::editor

@@ -57,9 +57,12 @@ protected:
         return {program.exitCode(), program.readAllStandardError().toStdString()};
     }
 
-    void expectEnd(const std::vector<std::string>& arguments, int status, const std::string& reason) const {
+    // A success warns of nothing.
+    void expectEnd(const std::vector<std::string>& arguments, int status,
+                   const std::string& reason = "") const {
         const Ended ended = run(arguments);
         EXPECT_EQ(ended.status, status) << ended.errors;
+        EXPECT_FALSE(status == 0 && ended.errors.contains("warn")) << ended.errors;
         EXPECT_TRUE(ended.errors.contains(reason)) << ended.errors;
     }
 
@@ -108,11 +111,10 @@ TEST_P(BadFile, IsNamedAndKept) {
 TEST_F(ProgramTest, WritesThePictureAndTheStatisticsOfAGoodProject) {
     makeRedBoxProject(path("project"));
     for (const char* mode : {"--grid=on", "--play"}) {
-        const Ended ended = run({path("project"), "--frames", "3", "--screenshot", path("p.png"), "--stats",
-                                 path("s.json"), "--size", "800x600", "--still", "--camera", "0,0,2",
-                                 "--look-at", "0,0,0", "--validation", "--time-limit", "90", mode});
-        ASSERT_EQ(ended.status, 0) << ended.errors;
-        EXPECT_FALSE(ended.errors.contains("warn")) << ended.errors;
+        expectEnd({path("project"), "--frames", "3", "--screenshot", path("p.png"), "--stats", path("s.json"),
+                   "--size", "800x600", "--still", "--camera", "0,0,2", "--look-at", "0,0,0", "--validation",
+                   "--time-limit", "90", mode},
+                  0);
         EXPECT_TRUE(showsTheBox());
         EXPECT_GE(readJsonFile(path("s.json")).value()["frames"], 3);
         EXPECT_FALSE(fs::exists(path("project/Saved/Thumbnail.png"))) << "nobody closed it";
@@ -146,9 +148,7 @@ TEST_F(ProgramTest, RunsThatCannotSucceedEndWithAReasonAndItsStatus) {
 }
 
 TEST_F(ProgramTest, TheSampleOpensWithoutAComplaint) {
-    const Ended sample = run({TARVIK_SAMPLE, "--frames", "1", "--time-limit", "90"});
-    EXPECT_EQ(sample.status, 0) << sample.errors;
-    EXPECT_FALSE(sample.errors.contains("warn")) << sample.errors;
+    expectEnd({TARVIK_SAMPLE, "--frames", "1", "--time-limit", "90"}, 0);
 }
 
 // Any window would need the platform plug-in that is not there.
@@ -156,20 +156,16 @@ class BuildTest : public ProgramTest {
 protected:
     BuildTest() {
         makeRedBoxProject(path("project"), "Away");
-        fs::create_directory(path("project/Scripts"));
-        writeSource("A.cpp", "#include <tarvik/Script.hpp>\n");
-    }
-    void writeSource(const std::string& name, const std::string& text) const {
-        test::writeText(path("project/Scripts/") + name, text);
+        test::writeText(path("project/Scripts/A.cpp"), "#include <tarvik/Script.hpp>\n");
     }
     const std::vector<std::string> arguments_{"--build", "--project", path("project"), "-platform", "none"};
 };
 
 TEST_F(BuildTest, EndsWithWhetherTheBehavioursCompileAndWithTheDiagnosticsAlone) {
-    EXPECT_EQ(run(arguments_).status, 0);
+    expectEnd(arguments_, 0);
     EXPECT_TRUE(fs::exists(path("project/Saved/ScriptBuild/bin/game.so")));
 
-    writeSource("B.cpp", "int f() {\n    return g;\n}\n");
+    test::writeText(path("project/Scripts/B.cpp"), "int f() {\n    return g;\n}\n");
     const Ended broken = run(arguments_);
     EXPECT_EQ(broken.status, 1);
     EXPECT_TRUE(broken.errors.starts_with(path("project/Scripts/B.cpp:2:12: error: "))) << broken.errors;
@@ -211,7 +207,7 @@ TEST_F(BuildTest, AMovedProjectBuildsAndPlaysButNotAgainACrash) {
 TEST_F(BuildTest, ASignalEndsTheCompilerToo) {
     const std::string pipe = path("pipe");
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-    writeSource("A.cpp", "#include \"" + pipe + "\"\n"); // which the compiler waits for
+    test::writeText(path("project/Scripts/A.cpp"), "#include \"" + pipe + "\"\n"); // it waits for more
     const auto openIfRead = [&] {
         return ::open(pipe.c_str(), O_WRONLY | O_NONBLOCK);
     };

@@ -59,15 +59,13 @@ TEST_F(StagedExportTest, WhateverFailsNothingIsLeft) {
     EXPECT_TRUE(exportTo("nowhere").ends_with("/nowhere is not a folder: choose an empty or new folder"));
     EXPECT_EQ(exportTo("disk/file/below"), "cannot create " + disk + "/file/below.part: Not a directory");
     EXPECT_TRUE(exportTo("loop/new").ends_with("/loop/new: Too many levels of symbolic links"));
-    {
-        const test::FileSizeLimit fullDisk(50'000);
-        EXPECT_TRUE(exportTo("disk/full").ends_with("asset: File too large"));
-    }
+    const auto exportToDiskOf = [&](std::size_t bytes) {
+        const test::FileSizeLimit full(bytes);
+        return exportTo("disk/full");
+    };
+    EXPECT_TRUE(exportToDiskOf(50'000).ends_with("asset: File too large"));
     test::writeText(folder_ / "project/asset", "");
-    {
-        const test::FileSizeLimit fullAtTheLauncher(0);
-        EXPECT_TRUE(exportTo("disk/full").starts_with("cannot write "));
-    }
+    EXPECT_TRUE(exportToDiskOf(0).starts_with("cannot write ")) << "the launcher";
     progress_.cancelled = true;
     EXPECT_TRUE(exportTo("disk/a/b").ends_with("Operation canceled"));
     EXPECT_EQ(test::namesIn(disk), before);

@@ -42,7 +42,7 @@ bool isBackground(const Pixel& pixel) {
 
 class CaptureTest : public test::DrawingTest {
 protected:
-    CaptureTest() { start(); }
+    CaptureTest() { start({.enableValidation = true}); }
 
     render::CapturedImage capture(const Scene& scene, VkExtent2D extent,
                                   const glm::vec3& eye = {0.0F, 0.0F, 3.0F},

@@ -9,9 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace tarvik::test {
 
@@ -25,11 +22,7 @@ protected:
         EXPECT_EQ(log_.lines(LogLevel::Warn), Lines{});
     }
 
-    enum class Watch { Validated, Unwatched };
-    void start(std::vector<std::string> extensions = {}, Watch watch = Watch::Validated,
-               render::RenderContextConfig config = {}) {
-        config.enableValidation = watch == Watch::Validated;
-        config.instanceExtensions = std::move(extensions);
+    void start(const render::RenderContextConfig& config) {
         context_ = std::make_unique<render::RenderContext>(config);
         renderer_ = std::make_unique<render::Renderer>(*context_);
     }

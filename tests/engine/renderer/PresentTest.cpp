@@ -82,8 +82,9 @@ protected:
         window_.reset();
     }
 
-    void open(Watch watch = Watch::Validated, render::RenderContextConfig config = {}) {
-        start({"VK_KHR_surface", "VK_KHR_xcb_surface"}, watch, std::move(config));
+    void open(render::RenderContextConfig config = {.enableValidation = true}) {
+        config.instanceExtensions = {"VK_KHR_surface", "VK_KHR_xcb_surface"};
+        start(config);
         window_ = std::make_unique<Window>(context_->vkInstance());
         makeTarget();
     }
@@ -150,7 +151,7 @@ TEST_F(PresentTest, AWindowThatIsGoneIsALostSurfaceAndEndsCleanly) {
 TEST_F(PresentTest, AFrameThatIsBrokenOffHarmsNoneThatFollows) {
     const test::TemporaryFolder shaders;
     test::writeText(shaders / "mesh.frag.spv", "no shader");
-    open(Watch::Validated, {.shaderDirectory = shaders.path().wstring()});
+    open({.enableValidation = true, .shaderDirectory = shaders.path().wstring()});
     for (int i = 0; i < 2; ++i)
         EXPECT_THROW(render(), rhi::VulkanError);
     std::filesystem::remove(shaders / "mesh.frag.spv");
@@ -159,7 +160,7 @@ TEST_F(PresentTest, AFrameThatIsBrokenOffHarmsNoneThatFollows) {
 }
 
 TEST_F(PresentTest, ASlowPictureDoesNotHoldTheCaller) {
-    open(Watch::Unwatched);
+    open({.enableValidation = false});
     ASSERT_TRUE(renderUntil(FrameResult::Presented));
     drawSlowly(150);
     EXPECT_TRUE(renderUntil(FrameResult::Skipped));
@@ -167,7 +168,7 @@ TEST_F(PresentTest, ASlowPictureDoesNotHoldTheCaller) {
 }
 
 TEST_F(PresentTest, ASteadyFrameAllocatesNothing) {
-    open(Watch::Unwatched);
+    open({.enableValidation = false});
     for (int i = 0; i < 10; ++i)
         ASSERT_TRUE(renderUntil(FrameResult::Presented));
     const int before = test::allocations;
@@ -177,7 +178,7 @@ TEST_F(PresentTest, ASteadyFrameAllocatesNothing) {
 }
 
 TEST_F(PresentTest, SlowTargetsTakeTurnsUntilOneIsDrawnToNoMore) {
-    open(Watch::Unwatched);
+    open({.enableValidation = false});
     drawSlowly(50);
     const Window window(context_->vkInstance());
     auto other = std::make_unique<render::PresentTarget>(*context_, window.surface(), VkExtent2D{320, 200},
