@@ -24,21 +24,10 @@ namespace {
 namespace fs = std::filesystem;
 using test::makeRedBoxProject;
 
-struct Ended {
-    int status;
-    std::string errors;
-};
-
 // The real program, in a home of its own.
 class ProgramTest : public testing::Test {
 protected:
     [[nodiscard]] std::string path(const std::string& name) const { return folder_ / name; }
-
-    [[nodiscard]] Ended run(const std::vector<std::string>& arguments) const {
-        QProcess program;
-        start(program, arguments);
-        return end(program);
-    }
 
     void start(QProcess& program, const std::vector<std::string>& arguments) const {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -51,19 +40,23 @@ protected:
         program.start(TARVIK_EDITOR, texts);
     }
 
-    static Ended end(QProcess& program) {
-        if (!program.waitForFinished(100'000) || program.exitStatus() != QProcess::NormalExit)
-            return {-1, program.errorString().toStdString()};
-        return {program.exitCode(), program.readAllStandardError().toStdString()};
+    // Its status; -1 for a crash, and when it does not end.
+    static int end(QProcess& program) {
+        const bool ended = program.waitForFinished(100'000);
+        return ended && program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1;
     }
 
-    // A success warns of nothing.
-    void expectEnd(const std::vector<std::string>& arguments, int status,
-                   const std::string& reason = "") const {
-        const Ended ended = run(arguments);
-        EXPECT_EQ(ended.status, status) << ended.errors;
-        EXPECT_FALSE(status == 0 && ended.errors.contains("warn")) << ended.errors;
-        EXPECT_TRUE(ended.errors.contains(reason)) << ended.errors;
+    // Returns what the run told on standard error. A success warns of nothing.
+    std::string expectEnd(const std::vector<std::string>& arguments, int status,
+                          const std::string& reason = "") const {
+        QProcess program;
+        start(program, arguments);
+        const int actual = end(program);
+        std::string errors = program.readAllStandardError().toStdString();
+        EXPECT_EQ(actual, status) << errors;
+        EXPECT_FALSE(status == 0 && errors.contains("warn")) << errors;
+        EXPECT_TRUE(errors.contains(reason)) << errors;
+        return errors;
     }
 
     // In the middle of the picture that a run has left.
@@ -128,7 +121,7 @@ TEST_F(ProgramTest, LeavesThePictureOfTheProjectWhenItIsClosed) {
     start(program, {path("project"), "--still", "--camera", "0,0,2", "--look-at", "0,0,0"});
     QProcess::execute("xdotool", {"search", "--sync", "--onlyvisible", "--name", "Test – Tarvik",
                                   "windowfocus", "--sync", "key", "ctrl+q"});
-    EXPECT_EQ(end(program).status, 0);
+    EXPECT_EQ(end(program), 0);
     EXPECT_EQ(QImage(picture).size(), QSize(640, 400));
     EXPECT_GT(QImage(picture).pixelColor(320, 200).red(), 60);
 }
@@ -166,10 +159,9 @@ TEST_F(BuildTest, EndsWithWhetherTheBehavioursCompileAndWithTheDiagnosticsAlone)
     EXPECT_TRUE(fs::exists(path("project/Saved/ScriptBuild/bin/game.so")));
 
     test::writeText(path("project/Scripts/B.cpp"), "int f() {\n    return g;\n}\n");
-    const Ended broken = run(arguments_);
-    EXPECT_EQ(broken.status, 1);
-    EXPECT_TRUE(broken.errors.starts_with(path("project/Scripts/B.cpp:2:12: error: "))) << broken.errors;
-    EXPECT_EQ(std::ranges::count(broken.errors, '\n'), 1) << broken.errors;
+    const std::string errors = expectEnd(arguments_, 1);
+    EXPECT_TRUE(errors.starts_with(path("project/Scripts/B.cpp:2:12: error: "))) << errors;
+    EXPECT_EQ(std::ranges::count(errors, '\n'), 1) << errors;
 
     fs::copy(path("project"), path("[1]"), fs::copy_options::recursive); // CMake would find no sources there
     expectEnd({"--build", "--project", path("[1]"), "-platform", "none"}, 1, "takes for a pattern");
@@ -218,7 +210,7 @@ TEST_F(BuildTest, ASignalEndsTheCompilerToo) {
         program.waitForFinished(1);
     ASSERT_GE(held, 0);
     program.terminate();
-    EXPECT_EQ(end(program).status, 128 + SIGTERM);
+    EXPECT_EQ(end(program), 128 + SIGTERM);
     EXPECT_LT(openIfRead(), 0) << "the compiler is still there";
     ::close(held);
 }

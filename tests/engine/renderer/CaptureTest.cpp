@@ -88,12 +88,10 @@ TEST_F(CaptureTest, ShowsASphereWhereTheCameraSeesItAtEverySize) {
 }
 
 TEST_F(CaptureTest, TheNearerThingHidesTheFartherInEitherOrder) {
-    for (const bool nearFirst : {true, false}) {
+    for (const float first : {1.0F, -1.0F}) {
         Scene scene("depth");
-        const Entity near = entityOf(Mesh::Cube, kRed, {0.0F, 0.0F, 1.0F});
-        const Entity far = entityOf(Mesh::Cube, kGreen, {0.0F, 0.0F, -1.0F});
-        scene.add(nearFirst ? near : far);
-        scene.add(nearFirst ? far : near);
+        for (const float z : {first, -first})
+            scene.add(entityOf(Mesh::Cube, z > 0.0F ? kRed : kGreen, {0.0F, 0.0F, z}));
         EXPECT_TRUE(isRed(at(capture(scene, {64, 64}), 32, 32)));
     }
 }
