@@ -54,9 +54,8 @@ TEST_F(GameTest, ANewGenerationGoesOnWhereTheOldOneWas) {
     game.update(kFrame, input_);
     EXPECT_EQ(actor.position, glm::vec3(6.0F, 2.0F, kFrame));
     ASSERT_TRUE(game.load(module("generation2")));
-    EXPECT_EQ(actor.position,
-              glm::vec3(6.0F, 2.0F, kFrame));            // stop() of the old one changes nothing any more
-    EXPECT_EQ(actor.scale, glm::vec3(1.0F, 2.0F, 1.0F)); // the new one's start() saw the properties
+    EXPECT_EQ(actor.position, glm::vec3(6.0F, 2.0F, kFrame)); // the old one's stop() changes nothing
+    EXPECT_EQ(actor.scale, glm::vec3(1.0F, 2.0F, 1.0F));      // the new one's start() saw the properties
     game.update(kFrame, input_);
     EXPECT_EQ(actor.position, glm::vec3(13.0F, 4.0F, 2.0F * kFrame)); // and start() did not take them away
     ASSERT_TRUE(game.load(module("generation2")));
@@ -99,8 +98,7 @@ TEST_F(GameTest, AThrowingBehaviourRestsAndIsNamed) {
 
 TEST_F(GameTest, TheOldGenerationRunsOnWhenTheNewOneFails) {
     Game game(scene_, loadDir());
-    test::writeText(folder_ / "cut.so", "\x7f"
-                                        "ELF");
+    test::writeText(folder_ / "cut.so", "\177ELF");
     const std::pair<QString, const char*> bad[] = {
         {QString::fromStdString(folder_ / "cut.so"), "cannot load"},
         {QString::fromStdString(folder_ / "missing.so"), "missing.so"},
@@ -151,12 +149,8 @@ TEST_F(GameTest, ACrashInTheFirstUpdateIsRememberedForThatModuleOnly) {
     const auto hasCrashed = [this](const char* name) {
         return ModuleStore(loadDir()).hasCrashed(ModuleStore::fingerprint(module(name)));
     };
-    EXPECT_EXIT(
-        {
-            Game game(scene_, loadDir());
-            ::_exit(game.load(module("generation1")) ? 7 : 1);
-        },
-        testing::ExitedWithCode(7), "");
+    EXPECT_EXIT(::_exit(Game(scene_, loadDir()).load(module("generation1")) ? 7 : 1),
+                testing::ExitedWithCode(7), "");
     EXPECT_TRUE(hasCrashed("generation1"));
     EXPECT_FALSE(hasCrashed("generation2"));
     EXPECT_EQ(copies().size(), 2);

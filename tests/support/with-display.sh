@@ -21,9 +21,7 @@ tidy() {
 trap tidy EXIT
 trap 'exit 143' TERM INT
 
-for folder in home config data cache state runtime; do
-    mkdir -m 0700 "$dir/$folder"
-done
+mkdir -m 0700 "$dir"/{home,config,data,cache,state,runtime}
 mkfifo "$dir/number"
 Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp -noreset 3>"$dir/number" >"$dir/log" 2>&1 &
 server=$!
