@@ -12,7 +12,6 @@
 #include <QWidget>
 
 namespace tarvik::editor {
-namespace {
 
 TEST(GameRunnerTest, ABuildThatBeganBeforeTheRequestDecidesNothing) {
     const test::FakeCMake cmake;
@@ -35,5 +34,4 @@ TEST(GameRunnerTest, ABuildThatBeganBeforeTheRequestDecidesNothing) {
     EXPECT_EQ(started.size(), 1);
 }
 
-} // namespace
 } // namespace tarvik::editor

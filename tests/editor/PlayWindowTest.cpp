@@ -15,7 +15,6 @@
 #include <utility>
 
 namespace tarvik::editor {
-namespace {
 
 using test::pumpUntil;
 
@@ -69,5 +68,4 @@ TEST(PlayWindowTest, F11FillsTheScreenAndEscapeFreesTheMouseThenEndsTheGame) {
     EXPECT_FALSE(window.isVisible());
 }
 
-} // namespace
 } // namespace tarvik::editor

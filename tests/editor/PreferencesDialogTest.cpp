@@ -8,7 +8,6 @@
 #include <QTest>
 
 namespace tarvik::editor {
-namespace {
 
 using app::Preferences;
 
@@ -43,5 +42,4 @@ TEST(PreferencesDialogTest, AllIsReachedByKeyboardAndAFailedSaveIsToldAndTriedAg
     EXPECT_EQ(saved.projectsDirectory, "/p");
 }
 
-} // namespace
 } // namespace tarvik::editor

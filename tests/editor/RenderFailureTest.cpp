@@ -12,7 +12,6 @@
 #include <QTreeView>
 
 namespace tarvik::editor {
-namespace {
 
 using test::pumpUntil;
 
@@ -45,5 +44,4 @@ TEST(RenderFailureTest, StartingAfreshKeepsProjectAndScene) {
     EXPECT_TRUE(window.windowTitle().contains("Test"));
 }
 
-} // namespace
 } // namespace tarvik::editor

@@ -7,7 +7,6 @@
 #include <QTemporaryDir>
 
 namespace tarvik::editor {
-namespace {
 
 TEST(SceneDropTest, TakesOneProjectFolderOrOneSceneFileAndNothingElse) {
     const QTemporaryDir dir;
@@ -34,5 +33,4 @@ TEST(SceneDropTest, TakesOneProjectFolderOrOneSceneFileAndNothingElse) {
     }
 }
 
-} // namespace
 } // namespace tarvik::editor

@@ -15,7 +15,6 @@
 #include <set>
 
 namespace tarvik::editor {
-namespace {
 
 TEST(WindowLayoutTest, AHiddenToolBarStaysHiddenUntilTheUserShowsIt) {
     QSettings().clear();
@@ -76,5 +75,4 @@ TEST(WindowLayoutTest, TheTabKeyLeadsToNothingOutsideOfTheWindow) {
     EXPECT_TRUE(test::pumpUntil([&] { return isRound(1); }));
 }
 
-} // namespace
 } // namespace tarvik::editor

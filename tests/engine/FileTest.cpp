@@ -7,7 +7,6 @@
 #include <sys/stat.h>
 
 namespace tarvik {
-namespace {
 
 namespace fs = std::filesystem;
 using namespace test;
@@ -65,5 +64,4 @@ TEST(FileTest, LockExcludesOthersAndWaitingEnds) {
     EXPECT_TRUE(held && errorOf(FileLock::acquire(lockFile)).contains(lockFile.native()));
 }
 
-} // namespace
 } // namespace tarvik

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace tarvik {
-namespace {
 
 // Games store these values.
 static_assert(static_cast<int>(Key::Space) == 11 && static_cast<int>(Key::G) == 21 &&
@@ -42,5 +41,4 @@ TEST(InputStateTest, ReleaseAllSparesTheGamepadAndUnpluggingLetsGoOfIt) {
     EXPECT_EQ(input.gamepadAxis(GamepadAxis::RightTrigger), 0.0F);
 }
 
-} // namespace
 } // namespace tarvik

@@ -8,7 +8,6 @@
 #include <string>
 
 namespace tarvik {
-namespace {
 
 using namespace test;
 
@@ -29,5 +28,4 @@ TEST(PathsTest, ProjectsFolderFollowsTheUsersDocumentsFolder) {
     }
 }
 
-} // namespace
 } // namespace tarvik

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 namespace tarvik {
-namespace {
 
 namespace fs = std::filesystem;
 using namespace test;
@@ -89,5 +88,4 @@ TEST(ProjectTest, NeitherDamageNorAbsenceIsWrittenOver) {
     EXPECT_FALSE(fs::exists(folder / "game"));
 }
 
-} // namespace
 } // namespace tarvik

@@ -10,7 +10,6 @@
 #include <tuple>
 
 namespace tarvik {
-namespace {
 
 using namespace test;
 
@@ -74,5 +73,4 @@ TEST(SceneFileTest, SceneThatCouldNotBeLoadedAgainIsNotSaved) {
     EXPECT_EQ(readText(file), "before");
 }
 
-} // namespace
 } // namespace tarvik
