@@ -48,7 +48,7 @@ protected:
 
     // Returns what the run told on standard error. A success warns of nothing.
     std::string expectEnd(const std::vector<std::string>& arguments, int status,
-                          const std::string& reason = "") const {
+                          const std::string& reason = "") {
         QProcess program;
         start(program, arguments);
         const int actual = end(program);
