@@ -9,6 +9,7 @@
 #include <QSettings>
 #include <QTimer>
 #include <QUrl>
+#include <QVariant>
 
 #include <chrono>
 
@@ -19,12 +20,27 @@ using namespace std::chrono_literals;
 
 constexpr auto kPatience = 300ms;
 
+// The folder in which the last dialog of any Qt program was left, from the settings that they share.
+QVariant exchangeLastVisited(const QVariant& folder) {
+    constexpr auto key = "FileDialog/lastVisited";
+    QSettings settings(QSettings::UserScope, "QtProject");
+    const QVariant former = settings.value(key);
+    if (folder.isValid())
+        settings.setValue(key, folder);
+    else
+        settings.remove(key);
+    return former;
+}
+
 // Before Qt's dialog goes where it is told to, it goes where the last one was left, and would wait for a
-// server that is gone since. The last one of another program is in the settings, that of this one in memory.
+// server that is gone since. That of another program is in the settings, and put back there; that of this one
+// is in memory.
 void show(QWidget* parent, const QString& title, const QString& folder,
           const std::function<void(const QString&)>& take) {
-    QSettings(QSettings::UserScope, "QtProject").remove("FileDialog/lastVisited");
+    const QVariant lastVisited = exchangeLastVisited({});
     auto* dialog = new QFileDialog(parent, title, folder);
+    exchangeLastVisited(lastVisited);
+    QObject::connect(dialog, &QObject::destroyed, qApp, [lastVisited] { exchangeLastVisited(lastVisited); });
     dialog->setFileMode(QFileDialog::Directory);
     dialog->setOption(QFileDialog::ShowDirsOnly);
     dialog->setAttribute(Qt::WA_DeleteOnClose);

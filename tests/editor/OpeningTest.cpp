@@ -18,6 +18,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QTest>
+#include <QUrl>
 
 #include <chrono>
 #include <optional>
@@ -96,12 +97,17 @@ TEST_F(OpeningTest, AnAnswerWaitsUntilTheDialogIsClosed) {
     EXPECT_TRUE(pumpUntil([&] { return isOpen(); }));
 }
 
-TEST_F(OpeningTest, AProjectThatIsGoneIsAskedForHoweverDeadTheProjectsFolderIs) {
+TEST_F(OpeningTest, AProjectThatIsGoneIsAskedForHoweverDeadTheFoldersAre) {
     const test::DeadFolder dead; // where mounting is not allowed, the folder is only empty
     start(home_ / "gone");
+    const QUrl lastVisited = QUrl::fromLocalFile(QString::fromStdString(dead / "of another program"));
+    QSettings shared(QSettings::UserScope, "QtProject");
+    shared.setValue("FileDialog/lastVisited", lastVisited);
     QSettings().setValue("preferences/projectsDirectory", QString::fromStdString(dead / "projects"));
     press(Qt::Key_Return);
-    EXPECT_TRUE(pumpUntil([&] { return window_->findChild<QFileDialog*>() != nullptr; }));
+    ASSERT_TRUE(pumpUntil([&] { return window_->findChild<QFileDialog*>() != nullptr; }));
+    delete window_->findChild<QFileDialog*>();
+    EXPECT_EQ(shared.value("FileDialog/lastVisited"), lastVisited) << "it is theirs";
 }
 
 TEST(DragTest, IsAcceptedOnceTheDiskHasAnsweredAndDropsWhatItSaid) {
