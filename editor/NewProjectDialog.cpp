@@ -64,6 +64,7 @@ NewProjectDialog::NewProjectDialog(ProjectTemplate start, QWidget* parent)
 void NewProjectDialog::accept() {
     setFieldsEnabled(false);
     create_->setEnabled(false);
+    setFocus(); // or Enter, pressed once more, would cancel
     hint_->setText(wrappable(tr("Making the project in %1…").arg(folder())));
     const auto make = [path = app::toPath(folder()), name = name_->text(),
                        start = start_->currentData().value<ProjectTemplate>()] {
