@@ -352,7 +352,7 @@ void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) 
     setPanelsAvailable(true);
     pages_->setCurrentWidget(pane_);
     updateTitle();
-    if (pane_->viewport() == nullptr)
+    if (pane_->viewport() == nullptr && !session_.restartFailedRendering())
         startRendering();
     log::info("Editor", "opened {}: {} entities", paths::toUtf8(project.project.rootDir()),
               project.scene->size());
@@ -392,7 +392,7 @@ void MainWindow::openBuild(const QString& root) {
         return;
     closeBuild();
     build_ = std::make_unique<ProjectBuild>(root);
-    build_->setWatching(true);
+    build_->watch();
     connect(build_.get(), &ProjectBuild::finished, this, [this](bool ok) {
         if (!ok)
             showBuildProblems();
