@@ -2,7 +2,7 @@
 
 #include "DisplayText.hpp"
 #include "EditorStyle.hpp"
-#include "FolderDialog.hpp"
+#include "FileDialogs.hpp"
 #include "ProjectGrid.hpp"
 
 #include <tarvik/app/Paths.hpp>

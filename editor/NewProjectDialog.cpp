@@ -3,7 +3,7 @@
 #include "Background.hpp"
 #include "DisplayText.hpp"
 #include "EditorStyle.hpp"
-#include "FolderDialog.hpp"
+#include "FileDialogs.hpp"
 
 #include <tarvik/app/Paths.hpp>
 #include <tarvik/app/Preferences.hpp>

@@ -2,6 +2,7 @@
 
 #include "DisplayText.hpp"
 #include "EditorStyle.hpp"
+#include "FileDialogs.hpp"
 
 #include <QComboBox>
 #include <QDir>
@@ -100,11 +101,8 @@ void PictureDialog::showPreset() {
 }
 
 void PictureDialog::chooseFile() {
-    auto* dialog = new QFileDialog(this, windowTitle(), file(), tr("PNG pictures (*.png)"));
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    QFileDialog* dialog = createPictureDialog(this, windowTitle(), file());
     dialog->setOption(QFileDialog::DontConfirmOverwrite); // the hint says so
-    dialog->setDefaultSuffix("png");
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QFileDialog::fileSelected, file_,
             [this](const QString& chosen) { file_->setText(QDir::toNativeSeparators(chosen)); });
     dialog->open();

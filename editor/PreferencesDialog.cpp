@@ -1,7 +1,7 @@
 #include "PreferencesDialog.hpp"
 
 #include "DisplayText.hpp"
-#include "FolderDialog.hpp"
+#include "FileDialogs.hpp"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,7 +1,10 @@
-#include "FolderDialog.hpp"
+#include "FileDialogs.hpp"
 
 #include "Background.hpp"
 
+#include <tarvik/app/Theme.hpp>
+
+#include <QAbstractFileIconProvider>
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
@@ -20,6 +23,19 @@ using namespace std::chrono_literals;
 
 constexpr auto kPatience = 300ms;
 
+// Instead of pictures in another style.
+class Icons final : public QAbstractFileIconProvider {
+public:
+    [[nodiscard]] QIcon icon(IconType type) const override { return type == File ? file_ : folder_; }
+    [[nodiscard]] QIcon icon(const QFileInfo& entry) const override {
+        return entry.isFile() ? file_ : folder_;
+    }
+
+private:
+    QIcon file_ = app::theme::icon("file");
+    QIcon folder_ = app::theme::icon("folder");
+};
+
 // The folder in which the last dialog of any Qt program was left, from the settings that they share.
 QVariant exchangeLastVisited(const QVariant& folder) {
     constexpr auto key = "FileDialog/lastVisited";
@@ -35,18 +51,25 @@ QVariant exchangeLastVisited(const QVariant& folder) {
 // Before Qt's dialog goes where it is told to, it goes where the last one was left, and would wait for a
 // server that is gone since. That of another program is in the settings, and put back there; that of this one
 // is in memory.
-void show(QWidget* parent, const QString& title, const QString& folder,
-          const std::function<void(const QString&)>& take) {
+QFileDialog* createDialog(QWidget* parent, const QString& title, const QString& start) {
     const QVariant lastVisited = exchangeLastVisited({});
-    auto* dialog = new QFileDialog(parent, title, folder);
+    auto* dialog = new QFileDialog(parent, title, start);
     exchangeLastVisited(lastVisited);
     QObject::connect(dialog, &QObject::destroyed, qApp, [lastVisited] { exchangeLastVisited(lastVisited); });
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    QObject::connect(dialog, &QFileDialog::fileSelected, parent, take);
     QObject::connect(dialog, &QFileDialog::finished, dialog,
                      [dialog] { dialog->setDirectoryUrl(QUrl::fromLocalFile(QDir::homePath())); });
+    static Icons icons;
+    dialog->setIconProvider(&icons);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    return dialog;
+}
+
+void show(QWidget* parent, const QString& title, const QString& folder,
+          const std::function<void(const QString&)>& take) {
+    QFileDialog* dialog = createDialog(parent, title, folder);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    QObject::connect(dialog, &QFileDialog::fileSelected, parent, take);
     dialog->open();
 }
 
@@ -71,6 +94,14 @@ void askForFolder(QWidget* parent, const QString& title, const QString& start,
             patience->stop();
             open(isThere ? start : QDir::homePath());
         });
+}
+
+QFileDialog* createPictureDialog(QWidget* parent, const QString& title, const QString& file) {
+    QFileDialog* dialog = createDialog(parent, title, file);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setNameFilter(QObject::tr("PNG pictures (*.png)"));
+    dialog->setDefaultSuffix("png");
+    return dialog;
 }
 
 } // namespace tarvik::editor
