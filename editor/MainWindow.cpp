@@ -122,6 +122,7 @@ void MainWindow::start() {
 void MainWindow::createPages() {
     pages_->addWidget(hub_);
     pages_->addWidget(pane_);
+    pane_->showFocus();
     auto* page = new QWidget(this);
     auto* rows = new QVBoxLayout(page);
     rows->setContentsMargins(0, 0, 0, 0);
