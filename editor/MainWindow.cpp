@@ -65,9 +65,9 @@ MainWindow::MainWindow(Session& session)
       pane_(new ViewportPane(client_, pages_)),
       pictures_(new PictureSaver(*this, *pane_)) {
     createPages();
-    createPanels();
+    const QList<QAction*> panels = createPanels();
     createFileMenu();
-    createViewMenu();
+    createViewMenu(panels);
     createGameMenus();
     createHelpMenu();
     fillToolBar();
@@ -132,7 +132,7 @@ void MainWindow::createPages() {
     setCentralWidget(page);
 }
 
-void MainWindow::createPanels() {
+QList<QAction*> MainWindow::createPanels() {
     setDockNestingEnabled(true);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     const auto addDock = [this]<typename Content>(Content*& content, const QString& title, const char* name,
@@ -159,6 +159,8 @@ void MainWindow::createPanels() {
     log->raise();
     resizeDocks({scene, inspector}, {280, 280}, Qt::Horizontal);
     resizeDocks({log}, {220}, Qt::Vertical);
+    return {scene->toggleViewAction(), log->toggleViewAction(), buildDock_->toggleViewAction(),
+            inspector->toggleViewAction(), toolBar_->toggleViewAction()};
 }
 
 void MainWindow::createFileMenu() {
@@ -196,12 +198,8 @@ void MainWindow::createFileMenu() {
     quit->setMenuRole(QAction::QuitRole);
 }
 
-void MainWindow::createViewMenu() {
+void MainWindow::createViewMenu(const QList<QAction*>& panels) {
     QMenu* menu = menuBar()->addMenu(tr("&View"));
-    QList<QAction*> panels;
-    for (const QDockWidget* dock : findChildren<QDockWidget*>())
-        panels += dock->toggleViewAction();
-    panels += toolBar_->toggleViewAction();
     menu->addActions(panels);
     projectActions_ += panels;
     menu->addSeparator();
@@ -477,11 +475,12 @@ QString MainWindow::projectName() const {
 
 void MainWindow::showAbout() {
     auto* box = new QMessageBox(QMessageBox::NoIcon, tr("About Tarvik"),
-                                tr("Tarvik Editor %1").arg(QCoreApplication::applicationVersion()),
+                                tr("Tarvik Editor %1\n\nBuilt with Qt %2\nRendering with Vulkan on %3")
+                                    .arg(QCoreApplication::applicationVersion(), qVersion(),
+                                         status_->gpu().isEmpty() ? tr("no GPU yet") : status_->gpu()),
                                 QMessageBox::Ok, this);
-    box->setInformativeText(
-        tr("Built with Qt %1. Rendering with Vulkan on %2.")
-            .arg(qVersion(), status_->gpu().isEmpty() ? tr("no GPU yet") : status_->gpu()));
+    box->setTextFormat(Qt::PlainText);
+    box->setIconPixmap(app::theme::icon("logo").pixmap(48));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
 }
