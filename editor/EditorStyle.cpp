@@ -6,7 +6,9 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QVariant>
 
@@ -95,8 +97,22 @@ QFormLayout* createDialogForm(QDialog& dialog) {
     return form;
 }
 
+QPushButton* addPlaceRow(QFormLayout& form, const QString& caption, QLineEdit* field, const QString& browse) {
+    auto* button = new QPushButton(QObject::tr("&Browse…"));
+    button->setAutoDefault(false);
+    button->setAccessibleName(browse);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addWidget(field, 1);
+    row->addWidget(button);
+    form.addRow(caption, row);
+    qobject_cast<QLabel*>(form.labelForField(row))->setBuddy(field);
+    return button;
+}
+
 QPushButton* addDialogButtons(QDialog& dialog, const QString& accept) {
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog);
+    buttons->setContentsMargins(0, 4, 0, 0);
     auto* accepting = new QPushButton(accept, buttons);
     accepting->setProperty("accent", true); // which the style sheet asks for when the button joins the others
     buttons->addButton(accepting, QDialogButtonBox::AcceptRole);
