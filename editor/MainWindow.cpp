@@ -135,14 +135,25 @@ void MainWindow::createPages() {
 QList<QAction*> MainWindow::createPanels() {
     setDockNestingEnabled(true);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-    const auto addDock = [this]<typename Content>(Content*& content, const QString& title, const char* name,
-                                                  Qt::DockWidgetArea area, const QKeySequence& shortcut) {
+    QList<QAction*> panels;
+    const auto addDock = [this, &panels]<typename Content>(Content*& content, const QString& title,
+                                                           const char* name, Qt::DockWidgetArea area,
+                                                           const QKeySequence& shortcut) {
         auto* dock = new QDockWidget(title, this);
         dock->setObjectName(name);
         content = new Content(dock);
         dock->setWidget(content);
-        dock->toggleViewAction()->setShortcut(shortcut);
         addDockWidget(area, dock);
+        // The dock's own action would close a panel that is behind another one, not bring it to the front.
+        auto* inSight = new QAction(title, dock);
+        inSight->setCheckable(true);
+        inSight->setShortcut(shortcut);
+        connect(dock, &QDockWidget::visibilityChanged, inSight, &QAction::setChecked);
+        connect(inSight, &QAction::triggered, dock, [dock](bool on) {
+            dock->setVisible(on);
+            dock->raise();
+        });
+        panels += inSight;
         return dock;
     };
     QDockWidget* scene =
@@ -159,8 +170,7 @@ QList<QAction*> MainWindow::createPanels() {
     log->raise();
     resizeDocks({scene, inspector}, {280, 280}, Qt::Horizontal);
     resizeDocks({log}, {220}, Qt::Vertical);
-    return {scene->toggleViewAction(), log->toggleViewAction(), buildDock_->toggleViewAction(),
-            inspector->toggleViewAction(), toolBar_->toggleViewAction()};
+    return panels << toolBar_->toggleViewAction();
 }
 
 void MainWindow::createFileMenu() {
