@@ -26,6 +26,7 @@ const char* const kStyleSheet = R"(
 QPushButton:focus, QToolButton:focus, QCheckBox::indicator:focus { border-color: #4f8cff; }
 QPushButton[accent="true"]:focus, QCheckBox::indicator:checked:focus { border-color: #ffffff; }
 QPushButton[accent="true"]:disabled { color: #5b616c; background: #1e2126; border-color: #2a2e35; }
+QComboBox:disabled { color: #6b717c; }
 QTreeView, QListView, QTableView, QScrollArea { border: 1px solid transparent; }
 QTreeView:focus, QListView:focus, QTableView:focus, QScrollArea:focus { border-color: #4f8cff; }
 QTabBar::tab:selected:focus { background: #2b4a80; color: #ffffff; }
