@@ -1,4 +1,5 @@
 #include "Background.hpp"
+#include "BuildPanel.hpp"
 #include "DeadFolder.hpp"
 #include "Hub.hpp"
 #include "MainWindow.hpp"
@@ -60,6 +61,18 @@ protected:
     std::optional<Session> session_;
     std::optional<MainWindow> window_;
 };
+
+TEST_F(OpeningTest, ItsKeyBringsAPanelToTheFrontThatIsBehindAnother) {
+    start(home_ / "alive", home_ / "alive");
+    ASSERT_TRUE(pumpUntil([&] { return isOpen(); }));
+    const auto isSeen = [&] {
+        return !window_->findChild<BuildPanel*>()->visibleRegion().isEmpty();
+    };
+    for (const bool seen : {false, true, false}) {
+        EXPECT_TRUE(pumpUntil([&] { return isSeen() == seen; }));
+        QTest::keyClick(window_->windowHandle(), Qt::Key_3, Qt::ControlModifier);
+    }
+}
 
 TEST_F(OpeningTest, TheUserGoesOnWhileADeadFolderIsAwaited) {
     test::DeadFolder dead;
