@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QImage>
+#include <QImageReader>
 #include <QPainter>
 #include <QRegularExpression>
 #include <QString>
@@ -13,11 +14,19 @@ namespace tarvik::app {
 
 namespace {
 
-// A null picture when the file cannot be read or when Qt, which allows one 128 MB at 32 bits a pixel, finds
-// it too large to decode. Not straight into a pixmap, as those are cached. Opening a pipe would wait for its
-// writer.
+// Qt, which takes 32 bits a pixel, would say so on the console.
+bool isTooLarge(const QSize& size) {
+    const qint64 limit = QImageReader::allocationLimit(); // megabytes; 0 for none
+    return limit > 0 && qint64{4} * size.width() * size.height() > limit << 20;
+}
+
+// A null picture when the file cannot be read or is too large to decode. Not straight into a pixmap, as those
+// are cached. Opening a pipe would wait for its writer.
 QImage readPicture(const QString& file) {
-    return QFileInfo(file).isFile() ? QImage(file) : QImage();
+    if (!QFileInfo(file).isFile())
+        return {};
+    QImageReader reader(file);
+    return isTooLarge(reader.size()) ? QImage() : reader.read();
 }
 
 // Scaled whole, a picture of a single row would fill gigabytes, of which the cut shows the first columns.

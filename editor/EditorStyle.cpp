@@ -6,7 +6,9 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QVariant>
 
@@ -22,8 +24,9 @@ namespace {
 
 const char* const kStyleSheet = R"(
 QPushButton:focus, QToolButton:focus, QCheckBox::indicator:focus { border-color: #4f8cff; }
-QPushButton[accent="true"]:focus { border-color: #ffffff; }
+QPushButton[accent="true"]:focus, QCheckBox::indicator:checked:focus { border-color: #ffffff; }
 QPushButton[accent="true"]:disabled { color: #5b616c; background: #1e2126; border-color: #2a2e35; }
+QComboBox:disabled { color: #6b717c; }
 QTreeView, QListView, QTableView, QScrollArea { border: 1px solid transparent; }
 QTreeView:focus, QListView:focus, QTableView:focus, QScrollArea:focus { border-color: #4f8cff; }
 QTabBar::tab:selected:focus { background: #2b4a80; color: #ffffff; }
@@ -95,8 +98,22 @@ QFormLayout* createDialogForm(QDialog& dialog) {
     return form;
 }
 
+QPushButton* addPlaceRow(QFormLayout& form, const QString& caption, QLineEdit* field, const QString& browse) {
+    auto* button = new QPushButton(QObject::tr("&Browse…"));
+    button->setAutoDefault(false);
+    button->setAccessibleName(browse);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addWidget(field, 1);
+    row->addWidget(button);
+    form.addRow(caption, row);
+    qobject_cast<QLabel*>(form.labelForField(row))->setBuddy(field);
+    return button;
+}
+
 QPushButton* addDialogButtons(QDialog& dialog, const QString& accept) {
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, &dialog);
+    buttons->setContentsMargins(0, 4, 0, 0);
     auto* accepting = new QPushButton(accept, buttons);
     accepting->setProperty("accent", true); // which the style sheet asks for when the button joins the others
     buttons->addButton(accepting, QDialogButtonBox::AcceptRole);

@@ -8,6 +8,7 @@ class QApplication;
 class QDialog;
 class QFormLayout;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 
 namespace tarvik::editor {
@@ -29,7 +30,10 @@ void styleText(QLabel& label, TextRole role);
 // The layout of a dialog's rows, below the dialog's title as heading.
 [[nodiscard]] QFormLayout* createDialogForm(QDialog& dialog);
 
+// A row for a file or folder: the field, and a button, spoken of as named, that is returned.
+QPushButton* addPlaceRow(QFormLayout& form, const QString& caption, QLineEdit* field, const QString& browse);
+
 // Below these rows: Cancel, and the emphasised default button that accepts, which is returned.
-[[nodiscard]] QPushButton* addDialogButtons(QDialog& dialog, const QString& accept);
+QPushButton* addDialogButtons(QDialog& dialog, const QString& accept);
 
 } // namespace tarvik::editor

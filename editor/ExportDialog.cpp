@@ -2,7 +2,7 @@
 
 #include "DisplayText.hpp"
 #include "EditorStyle.hpp"
-#include "FolderDialog.hpp"
+#include "FileDialogs.hpp"
 #include "ProjectBuild.hpp"
 
 #include <tarvik/app/Paths.hpp>
@@ -38,7 +38,6 @@ ExportDialog::ExportDialog(ProjectBuild& build, const QString& name, QWidget* pa
       platform_(new QComboBox(this)),
       name_(new QLineEdit(name, this)),
       folder_(new QLineEdit(this)),
-      browse_(new QPushButton(tr("&Browse…"), this)),
       progress_(new QProgressBar(this)),
       message_(plainLabel({}, this)) {
     setWindowTitle(tr("Export Game"));
@@ -48,13 +47,6 @@ ExportDialog::ExportDialog(ProjectBuild& build, const QString& name, QWidget* pa
         platform_->addItem(QString::fromStdString(target.platform));
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     folder_->setText(QDir::toNativeSeparators(documents + '/' + name));
-    browse_->setAutoDefault(false);
-    browse_->setAccessibleName(tr("Browse for the folder"));
-    connect(browse_, &QPushButton::clicked, this, &ExportDialog::chooseFolder);
-    auto* place = new QHBoxLayout;
-    place->setSpacing(8);
-    place->addWidget(folder_, 1);
-    place->addWidget(browse_);
 
     progress_->setRange(0, kProgressSteps);
     progress_->setTextVisible(false);
@@ -79,8 +71,8 @@ ExportDialog::ExportDialog(ProjectBuild& build, const QString& name, QWidget* pa
     QFormLayout* form = createDialogForm(*this);
     form->addRow(tr("&Platform"), platform_);
     form->addRow(tr("&Name"), name_);
-    form->addRow(tr("&Folder"), place);
-    qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(folder_);
+    browse_ = addPlaceRow(*form, tr("&Folder"), folder_, tr("Browse for the folder"));
+    connect(browse_, &QPushButton::clicked, this, &ExportDialog::chooseFolder);
     form->addRow({}, progress_);
     form->addRow({}, message_);
     form->addRow(buttons);

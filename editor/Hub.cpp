@@ -2,7 +2,7 @@
 
 #include "DisplayText.hpp"
 #include "EditorStyle.hpp"
-#include "FolderDialog.hpp"
+#include "FileDialogs.hpp"
 #include "ProjectGrid.hpp"
 
 #include <tarvik/app/Paths.hpp>
@@ -237,7 +237,7 @@ void Hub::createMenu() {
         if (const RecentProject* project = current())
             locate(*project);
     });
-    menu_->addAction(app::theme::icon("folder"), tr("Show in &Folder"), this, &Hub::showFolder);
+    show_ = menu_->addAction(app::theme::icon("folder"), tr("Show in &Folder"), this, &Hub::showFolder);
     menu_->addSeparator();
     auto* remove = new QAction(app::theme::icon("trash"), tr("&Remove from List"), grid_);
     remove->setShortcut(QKeySequence::Delete);
@@ -348,7 +348,9 @@ void Hub::showFolder() {
 
 void Hub::showMenu(const QPoint& globalPosition) {
     const RecentProject* project = current();
-    locate_->setVisible(project != nullptr && model_.isMissing(project->path));
+    const bool missing = project != nullptr && model_.isMissing(project->path);
+    locate_->setVisible(missing);
+    show_->setEnabled(!missing);
     menu_->popup(globalPosition);
 }
 

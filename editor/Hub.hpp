@@ -86,6 +86,7 @@ private:
     QLabel* undoText_ = nullptr;
     QMenu* menu_ = nullptr;
     QAction* locate_ = nullptr;
+    QAction* show_ = nullptr;
 };
 
 } // namespace tarvik::editor

@@ -65,9 +65,9 @@ MainWindow::MainWindow(Session& session)
       pane_(new ViewportPane(client_, pages_)),
       pictures_(new PictureSaver(*this, *pane_)) {
     createPages();
-    createPanels();
+    const QList<QAction*> panels = createPanels();
     createFileMenu();
-    createViewMenu();
+    createViewMenu(panels);
     createGameMenus();
     createHelpMenu();
     fillToolBar();
@@ -122,6 +122,7 @@ void MainWindow::start() {
 void MainWindow::createPages() {
     pages_->addWidget(hub_);
     pages_->addWidget(pane_);
+    pane_->showFocus();
     auto* page = new QWidget(this);
     auto* rows = new QVBoxLayout(page);
     rows->setContentsMargins(0, 0, 0, 0);
@@ -131,17 +132,28 @@ void MainWindow::createPages() {
     setCentralWidget(page);
 }
 
-void MainWindow::createPanels() {
+QList<QAction*> MainWindow::createPanels() {
     setDockNestingEnabled(true);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-    const auto addDock = [this]<typename Content>(Content*& content, const QString& title, const char* name,
-                                                  Qt::DockWidgetArea area, const QKeySequence& shortcut) {
+    QList<QAction*> panels;
+    const auto addDock = [this, &panels]<typename Content>(Content*& content, const QString& title,
+                                                           const char* name, Qt::DockWidgetArea area,
+                                                           const QKeySequence& shortcut) {
         auto* dock = new QDockWidget(title, this);
         dock->setObjectName(name);
         content = new Content(dock);
         dock->setWidget(content);
-        dock->toggleViewAction()->setShortcut(shortcut);
         addDockWidget(area, dock);
+        // The dock's own action would close a panel that is behind another one, not bring it to the front.
+        auto* inSight = new QAction(title, dock);
+        inSight->setCheckable(true);
+        inSight->setShortcut(shortcut);
+        connect(dock, &QDockWidget::visibilityChanged, inSight, &QAction::setChecked);
+        connect(inSight, &QAction::triggered, dock, [dock](bool on) {
+            dock->setVisible(on);
+            dock->raise();
+        });
+        panels += inSight;
         return dock;
     };
     QDockWidget* scene =
@@ -158,6 +170,7 @@ void MainWindow::createPanels() {
     log->raise();
     resizeDocks({scene, inspector}, {280, 280}, Qt::Horizontal);
     resizeDocks({log}, {220}, Qt::Vertical);
+    return panels << toolBar_->toggleViewAction();
 }
 
 void MainWindow::createFileMenu() {
@@ -195,12 +208,8 @@ void MainWindow::createFileMenu() {
     quit->setMenuRole(QAction::QuitRole);
 }
 
-void MainWindow::createViewMenu() {
+void MainWindow::createViewMenu(const QList<QAction*>& panels) {
     QMenu* menu = menuBar()->addMenu(tr("&View"));
-    QList<QAction*> panels;
-    for (const QDockWidget* dock : findChildren<QDockWidget*>())
-        panels += dock->toggleViewAction();
-    panels += toolBar_->toggleViewAction();
     menu->addActions(panels);
     projectActions_ += panels;
     menu->addSeparator();
@@ -352,7 +361,7 @@ void MainWindow::showProject(const OpenedProject& project, Viewpoint viewpoint) 
     setPanelsAvailable(true);
     pages_->setCurrentWidget(pane_);
     updateTitle();
-    if (pane_->viewport() == nullptr)
+    if (pane_->viewport() == nullptr && !session_.restartFailedRendering())
         startRendering();
     log::info("Editor", "opened {}: {} entities", paths::toUtf8(project.project.rootDir()),
               project.scene->size());
@@ -392,7 +401,7 @@ void MainWindow::openBuild(const QString& root) {
         return;
     closeBuild();
     build_ = std::make_unique<ProjectBuild>(root);
-    build_->setWatching(true);
+    build_->watch();
     connect(build_.get(), &ProjectBuild::finished, this, [this](bool ok) {
         if (!ok)
             showBuildProblems();
@@ -476,11 +485,12 @@ QString MainWindow::projectName() const {
 
 void MainWindow::showAbout() {
     auto* box = new QMessageBox(QMessageBox::NoIcon, tr("About Tarvik"),
-                                tr("Tarvik Editor %1").arg(QCoreApplication::applicationVersion()),
+                                tr("Tarvik Editor %1\n\nBuilt with Qt %2\nRendering with Vulkan on %3")
+                                    .arg(QCoreApplication::applicationVersion(), qVersion(),
+                                         status_->gpu().isEmpty() ? tr("no GPU yet") : status_->gpu()),
                                 QMessageBox::Ok, this);
-    box->setInformativeText(
-        tr("Built with Qt %1. Rendering with Vulkan on %2.")
-            .arg(qVersion(), status_->gpu().isEmpty() ? tr("no GPU yet") : status_->gpu()));
+    box->setTextFormat(Qt::PlainText);
+    box->setIconPixmap(app::theme::icon("logo").pixmap(48));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
 }

@@ -49,9 +49,9 @@ protected:
 
 private:
     void createPages();
-    void createPanels();
+    [[nodiscard]] QList<QAction*> createPanels();
     void createFileMenu();
-    void createViewMenu();
+    void createViewMenu(const QList<QAction*>& panels);
     void createGameMenus();
     void createHelpMenu();
     void fillToolBar();

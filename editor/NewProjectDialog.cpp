@@ -3,7 +3,7 @@
 #include "Background.hpp"
 #include "DisplayText.hpp"
 #include "EditorStyle.hpp"
-#include "FolderDialog.hpp"
+#include "FileDialogs.hpp"
 
 #include <tarvik/app/Paths.hpp>
 #include <tarvik/app/Preferences.hpp>
@@ -23,19 +23,10 @@ NewProjectDialog::NewProjectDialog(ProjectTemplate start, QWidget* parent)
     : QDialog(parent),
       name_(new QLineEdit),
       parentFolder_(new QLineEdit(app::Preferences::load().effectiveProjectsDirectory())),
-      browse_(new QPushButton(tr("&Browse…"))),
       start_(new QComboBox),
       hint_(plainLabel({})) {
     setWindowTitle(tr("New Project"));
     setAttribute(Qt::WA_DeleteOnClose);
-
-    browse_->setAutoDefault(false);
-    browse_->setAccessibleName(tr("Browse for the folder"));
-    connect(browse_, &QPushButton::clicked, this, &NewProjectDialog::chooseParentFolder);
-    auto* place = new QHBoxLayout;
-    place->setSpacing(8);
-    place->addWidget(parentFolder_, 1);
-    place->addWidget(browse_);
 
     start_->addItem(tr("An empty project"), QVariant::fromValue(ProjectTemplate::Empty));
     start_->addItem(tr("The sample: a courtyard with a game to play"),
@@ -49,8 +40,8 @@ NewProjectDialog::NewProjectDialog(ProjectTemplate start, QWidget* parent)
 
     QFormLayout* form = createDialogForm(*this);
     form->addRow(tr("&Name"), name_);
-    form->addRow(tr("&Folder"), place);
-    qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(parentFolder_);
+    browse_ = addPlaceRow(*form, tr("&Folder"), parentFolder_, tr("Browse for the folder"));
+    connect(browse_, &QPushButton::clicked, this, &NewProjectDialog::chooseParentFolder);
     form->addRow(tr("&Start from"), start_);
     form->addRow({}, hint_);
     create_ = addDialogButtons(*this, tr("&Create"));
@@ -64,6 +55,7 @@ NewProjectDialog::NewProjectDialog(ProjectTemplate start, QWidget* parent)
 void NewProjectDialog::accept() {
     setFieldsEnabled(false);
     create_->setEnabled(false);
+    setFocus(); // or Enter, pressed once more, would cancel
     hint_->setText(wrappable(tr("Making the project in %1…").arg(folder())));
     const auto make = [path = app::toPath(folder()), name = name_->text(),
                        start = start_->currentData().value<ProjectTemplate>()] {

@@ -2,6 +2,7 @@
 
 #include "DisplayText.hpp"
 #include "EditorStyle.hpp"
+#include "FileDialogs.hpp"
 
 #include <QComboBox>
 #include <QDir>
@@ -56,23 +57,14 @@ PictureDialog::PictureDialog(QSize seen, const QString& file, QWidget* parent)
     size->addWidget(height_);
     size->addWidget(new QLabel(tr("pixels"), this));
 
-    auto* browse = new QPushButton(tr("&Browse…"), this);
-    browse->setAutoDefault(false);
-    browse->setAccessibleName(tr("Browse for the file"));
-    connect(browse, &QPushButton::clicked, this, &PictureDialog::chooseFile);
     connect(file_, &QLineEdit::textChanged, this, &PictureDialog::update);
-    auto* place = new QHBoxLayout;
-    place->setSpacing(8);
-    place->addWidget(file_, 1);
-    place->addWidget(browse);
-
     styleText(*hint_, TextRole::Muted);
 
     QFormLayout* form = createDialogForm(*this);
     form->addRow(tr("Si&ze"), size);
     qobject_cast<QLabel*>(form->labelForField(size))->setBuddy(presets_);
-    form->addRow(tr("&File"), place);
-    qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(file_);
+    connect(addPlaceRow(*form, tr("&File"), file_, tr("Browse for the file")), &QPushButton::clicked, this,
+            &PictureDialog::chooseFile);
     form->addRow({}, hint_);
     save_ = addDialogButtons(*this, tr("&Save"));
     setMinimumWidth(560);
@@ -100,11 +92,8 @@ void PictureDialog::showPreset() {
 }
 
 void PictureDialog::chooseFile() {
-    auto* dialog = new QFileDialog(this, windowTitle(), file(), tr("PNG pictures (*.png)"));
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    QFileDialog* dialog = createPictureDialog(this, windowTitle(), file());
     dialog->setOption(QFileDialog::DontConfirmOverwrite); // the hint says so
-    dialog->setDefaultSuffix("png");
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &QFileDialog::fileSelected, file_,
             [this](const QString& chosen) { file_->setText(QDir::toNativeSeparators(chosen)); });
     dialog->open();

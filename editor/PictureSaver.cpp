@@ -1,6 +1,7 @@
 #include "PictureSaver.hpp"
 
 #include "DisplayText.hpp"
+#include "FileDialogs.hpp"
 #include "PictureDialog.hpp"
 #include "PictureFile.hpp"
 #include "ViewportPane.hpp"
@@ -48,11 +49,7 @@ void PictureSaver::askForScene(const QString& name) {
 }
 
 void PictureSaver::askForWindow(const QString& name) {
-    auto* dialog = new QFileDialog(&window_, tr("Save Picture of Window"), proposedFile(name),
-                                   tr("PNG pictures (*.png)"));
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix("png");
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    QFileDialog* dialog = createPictureDialog(&window_, tr("Save Picture of Window"), proposedFile(name));
     connect(dialog, &QFileDialog::fileSelected, this, &PictureSaver::saveWindow);
     dialog->open();
 }

@@ -77,7 +77,8 @@ void PlayWindow::take(const std::expected<OpenedProject, Error>& opened) {
 
 void PlayWindow::begin() {
     // A shipped game has no sources; while one is made, its code may change under the player's hands.
-    build_->setWatching(build_->builder().hasScripts());
+    if (build_->builder().hasScripts())
+        build_->watch();
     client_.setGame(runner_.game());
     pane_->start(session_.context());
     pane_->setFocus();

@@ -1,11 +1,11 @@
 #include "PreferencesDialog.hpp"
 
 #include "DisplayText.hpp"
-#include "FolderDialog.hpp"
+#include "EditorStyle.hpp"
+#include "FileDialogs.hpp"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QDir>
 #include <QFormLayout>
 #include <QLabel>
@@ -24,14 +24,13 @@ constexpr int kAutomatic = -1;
 QLabel* captionLabel(const QString& text) {
     auto* label = new QLabel(text);
     label->setContentsMargins(0, 6, 0, 0);
-    label->setProperty("section", true);
+    styleText(*label, TextRole::Section);
     return label;
 }
 
 QLabel* hintLabel(const QString& text) {
     auto* label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setProperty("muted", true);
+    styleText(*label, TextRole::Muted);
     return label;
 }
 
@@ -47,55 +46,25 @@ PreferencesDialog::PreferencesDialog(const GpuList& gpus, QWidget* parent)
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumWidth(520);
 
-    auto* form = new QFormLayout;
-    form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    form->setHorizontalSpacing(14);
-    form->setVerticalSpacing(10);
+    QFormLayout* form = createDialogForm(*this);
     form->addRow(captionLabel(tr("Rendering")));
     form->addRow(tr("&GPU"), gpu_);
     if (!gpus) {
-        QLabel* problem = hintLabel(QString::fromStdString(gpus.error().message));
-        problem->setWordWrap(true);
+        QLabel* problem = plainLabel(QString::fromStdString(gpus.error().message));
+        styleText(*problem, TextRole::Muted);
         form->addRow({}, problem);
     }
     form->addRow(tr("V&alidation"), validation_);
     form->addRow({}, vsync_);
     form->addRow({}, hintLabel(tr("These take effect when the editor is started again.")));
     form->addRow(captionLabel(tr("Projects")));
-    QLayout* place = createFolderRow();
-    form->addRow(tr("&Folder"), place);
-    qobject_cast<QLabel*>(form->labelForField(place))->setBuddy(folder_);
+    folder_->setPlaceholderText(QDir::toNativeSeparators(Preferences{}.effectiveProjectsDirectory()));
+    connect(addPlaceRow(*form, tr("&Folder"), folder_, tr("Browse for the projects folder")),
+            &QPushButton::clicked, this, &PreferencesDialog::browse);
     form->addRow({}, hintLabel(tr("New projects are offered a place here from now on.")));
-
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Save | QDialogButtonBox::Cancel);
-    buttons->button(QDialogButtonBox::Save)->setProperty("accent", true);
-    connect(buttons, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &PreferencesDialog::reject);
-
-    auto* heading = new QLabel(windowTitle());
-    heading->setProperty("heading", true);
-    auto* box = new QVBoxLayout(this);
-    box->setContentsMargins(20, 20, 20, 16);
-    box->setSpacing(14);
-    box->addWidget(heading);
-    box->addLayout(form);
-    box->addStretch(1);
-    box->addWidget(buttons);
+    addDialogButtons(*this, tr("&Save"));
 
     fill(Preferences::load(), gpus);
-}
-
-QLayout* PreferencesDialog::createFolderRow() {
-    folder_->setPlaceholderText(QDir::toNativeSeparators(Preferences{}.effectiveProjectsDirectory()));
-    auto* browse = new QPushButton(tr("&Browse…"), this);
-    browse->setAutoDefault(false);
-    browse->setAccessibleName(tr("Browse for the projects folder"));
-    connect(browse, &QPushButton::clicked, this, &PreferencesDialog::browse);
-    auto* row = new QHBoxLayout;
-    row->setSpacing(8);
-    row->addWidget(folder_, 1);
-    row->addWidget(browse);
-    return row;
 }
 
 // A GPU that was chosen and is gone stays chosen, to be there again when it is plugged in.

@@ -23,7 +23,6 @@ protected:
     void accept() override;
 
 private:
-    [[nodiscard]] QLayout* createFolderRow();
     void fill(const app::Preferences& preferences, const GpuList& gpus);
     void browse();
     [[nodiscard]] app::Preferences chosen() const;

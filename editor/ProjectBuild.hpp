@@ -23,7 +23,8 @@ public:
     // Not to be kept: see above.
     [[nodiscard]] app::ScriptBuilder& builder() { return *builder_; }
 
-    void setWatching(bool enabled);
+    // From when the disk has shown, in the background, that it lists the sources fast enough.
+    void watch();
     void build();
     // Forgets the build that is queued, too. Can take as long as the builder's processes need to end.
     void cancel();

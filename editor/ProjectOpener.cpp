@@ -1,6 +1,6 @@
 #include "ProjectOpener.hpp"
 
-#include "FolderDialog.hpp"
+#include "FileDialogs.hpp"
 #include "NewProjectDialog.hpp"
 #include "OpeningBar.hpp"
 

@@ -85,6 +85,7 @@ SceneTree::SceneTree(QWidget* parent)
       view_(new QTreeView(this)) {
     filtered_->setSourceModel(model_);
     filtered_->setFilterCaseSensitivity(Qt::CaseInsensitive);
+    setMinimumWidth(160);
 
     auto* filter = new QLineEdit(this);
     filter->setPlaceholderText(tr("Filter by name"));

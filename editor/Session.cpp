@@ -37,6 +37,7 @@ void Session::watch(ViewportPane& pane) {
     connect(&pane, &ViewportPane::frameRendered, this, [this, &pane] { countFrame(pane); });
     connect(&pane, &ViewportPane::restartRequested, this, &Session::restartRendering);
     connect(&pane, &ViewportPane::renderFailed, this, [this, &pane](const QString& reason) {
+        renderingFailed_ = true;
         // A game that shows nothing says so in front.
         if (isUnattended() || options_.play)
             reportFailure(pane.window(),
@@ -94,7 +95,15 @@ int Session::finish() {
     return static_cast<int>(status_);
 }
 
+bool Session::restartFailedRendering() {
+    const bool failed = renderingFailed_;
+    if (failed)
+        restartRendering();
+    return failed;
+}
+
 void Session::restartRendering() {
+    renderingFailed_ = false;
     Q_EMIT contextAboutToChange();
     // The recent projects move over: they may not be on disk when the home folder is read-only.
     ProjectRegistry registry = std::move(context_->registry);

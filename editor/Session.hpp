@@ -32,6 +32,8 @@ public:
     [[nodiscard]] const app::AppOptions& options() const { return options_; }
     // Replaced when rendering is started afresh: see the signals.
     [[nodiscard]] app::AppContext& context() { return *context_; }
+    // Starts rendering afresh if it has failed; whether it had.
+    bool restartFailedRendering();
     // Nobody is there to answer: the program quits by itself.
     [[nodiscard]] bool isUnattended() const { return options_.frames > 0; }
 
@@ -65,6 +67,7 @@ private:
     FrameStatistics statistics_;
     ExitStatus status_ = ExitStatus::Done;
     std::unique_ptr<app::AppContext> context_;
+    bool renderingFailed_ = false; // with this context
 };
 
 } // namespace tarvik::editor

@@ -58,6 +58,7 @@ void StatusDisplay::watch(ProjectBuild* build) {
     build_->clear();
     if (build == nullptr)
         return;
+    build_->setText(tr("Not built"));
     connect(build, &ProjectBuild::started, this, [this] { build_->setText(tr("Building…")); });
     connect(build, &ProjectBuild::finished, this,
             [this](bool ok) { build_->setText(ok ? tr("Built") : tr("Build failed")); });

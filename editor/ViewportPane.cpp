@@ -6,6 +6,8 @@
 #include <tarvik/app/Snapshot.hpp>
 #include <tarvik/app/VulkanViewport.hpp>
 
+#include <QGuiApplication>
+#include <QPainter>
 #include <QVBoxLayout>
 
 namespace tarvik::editor {
@@ -56,6 +58,23 @@ void ViewportPane::start(app::AppContext& context) {
 
 void ViewportPane::stop() {
     delete content_;
+}
+
+void ViewportPane::showFocus() {
+    layout()->setContentsMargins(1, 1, 1, 1);
+    // Where the window in the container cannot have the focus, the container has it.
+    connect(qGuiApp, &QGuiApplication::focusObjectChanged, this, [this](const QObject* object) {
+        framed_ = object != nullptr && (object == viewport_ || object == container_);
+        update();
+    });
+}
+
+void ViewportPane::paintEvent(QPaintEvent*) {
+    if (!framed_)
+        return;
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Link));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void ViewportPane::passFocus(Qt::FocusReason reason) {

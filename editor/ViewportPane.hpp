@@ -24,6 +24,8 @@ public:
     void start(app::AppContext& context);
     void stop();
 
+    // With a frame around the viewport while the keys are its own, as other widgets have.
+    void showFocus();
     // To the widget that the Tab key leads to, or back.
     void passFocus(Qt::FocusReason reason);
 
@@ -36,6 +38,9 @@ Q_SIGNALS:
     void renderFailed(const QString& reason);
     void restartRequested();
 
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     void showFailure(const QString& reason);
     void show(QWidget* content);
@@ -44,6 +49,7 @@ private:
     QPointer<QWidget> content_;
     QPointer<QWidget> container_;
     QPointer<app::VulkanViewport> viewport_; // owned by its container
+    bool framed_ = false;
 };
 
 } // namespace tarvik::editor

@@ -73,6 +73,8 @@ int run(int argc, char** argv, app::AppOptions options, const QElapsedTimer& sin
         MainWindow window(session);
         window.start();
         QApplication::exec();
+        if (termination.exitStatus() != 0)
+            window.close(); // which leaves the project's picture and the window's layout
     }
     const int status = session.finish();
     finishBackground(kFarewell);

@@ -1,5 +1,6 @@
 #include "BuildPanel.hpp"
 
+#include "Background.hpp"
 #include "FakeCMake.hpp"
 #include "OpenedFiles.hpp"
 #include "ProjectBuild.hpp"
@@ -19,6 +20,7 @@
 #include <QTest>
 #include <QTextBlock>
 
+#include <chrono>
 #include <csignal>
 #include <memory>
 
@@ -102,7 +104,8 @@ TEST_F(BuildPanelTest, AFailureThatNamesNoProblemShowsItsReasonAndTheOutput) {
 TEST_F(BuildPanelTest, CancelEndsTheProcessAndWatchingGoesOn) {
     const std::filesystem::path file = cmake_.folder() / "pid";
     cmake_.does("echo $$ >'" + file.string() + "'; exec sleep 1000");
-    build_->setWatching(true);
+    build_->watch();
+    ASSERT_TRUE(finishBackground(std::chrono::seconds(20)));
     press("Build");
     ASSERT_TRUE(pumpUntil([&] { return test::readText(file).ends_with('\n'); }));
     EXPECT_TRUE(shows("Building… 0 s"));

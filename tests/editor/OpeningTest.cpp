@@ -1,4 +1,5 @@
 #include "Background.hpp"
+#include "BuildPanel.hpp"
 #include "DeadFolder.hpp"
 #include "Hub.hpp"
 #include "MainWindow.hpp"
@@ -18,6 +19,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QTest>
+#include <QUrl>
 
 #include <chrono>
 #include <optional>
@@ -60,6 +62,18 @@ protected:
     std::optional<MainWindow> window_;
 };
 
+TEST_F(OpeningTest, ItsKeyBringsAPanelToTheFrontThatIsBehindAnother) {
+    start(home_ / "alive", home_ / "alive");
+    ASSERT_TRUE(pumpUntil([&] { return isOpen(); }));
+    const auto isSeen = [&] {
+        return !window_->findChild<BuildPanel*>()->visibleRegion().isEmpty();
+    };
+    for (const bool seen : {false, true, false}) {
+        EXPECT_TRUE(pumpUntil([&] { return isSeen() == seen; }));
+        QTest::keyClick(window_->windowHandle(), Qt::Key_3, Qt::ControlModifier);
+    }
+}
+
 TEST_F(OpeningTest, TheUserGoesOnWhileADeadFolderIsAwaited) {
     test::DeadFolder dead;
     if (!dead.isThere())
@@ -96,12 +110,17 @@ TEST_F(OpeningTest, AnAnswerWaitsUntilTheDialogIsClosed) {
     EXPECT_TRUE(pumpUntil([&] { return isOpen(); }));
 }
 
-TEST_F(OpeningTest, AProjectThatIsGoneIsAskedForHoweverDeadTheProjectsFolderIs) {
+TEST_F(OpeningTest, AProjectThatIsGoneIsAskedForHoweverDeadTheFoldersAre) {
     const test::DeadFolder dead; // where mounting is not allowed, the folder is only empty
     start(home_ / "gone");
+    const QUrl lastVisited = QUrl::fromLocalFile(QString::fromStdString(dead / "of another program"));
+    QSettings shared(QSettings::UserScope, "QtProject");
+    shared.setValue("FileDialog/lastVisited", lastVisited);
     QSettings().setValue("preferences/projectsDirectory", QString::fromStdString(dead / "projects"));
     press(Qt::Key_Return);
-    EXPECT_TRUE(pumpUntil([&] { return window_->findChild<QFileDialog*>() != nullptr; }));
+    ASSERT_TRUE(pumpUntil([&] { return window_->findChild<QFileDialog*>() != nullptr; }));
+    delete window_->findChild<QFileDialog*>();
+    EXPECT_EQ(shared.value("FileDialog/lastVisited"), lastVisited) << "it is theirs";
 }
 
 TEST(DragTest, IsAcceptedOnceTheDiskHasAnsweredAndDropsWhatItSaid) {

@@ -1,3 +1,4 @@
+#include "Hub.hpp"
 #include "MainWindow.hpp"
 #include "Pump.hpp"
 #include "RedBoxProject.hpp"
@@ -5,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QLabel>
 #include <QPushButton>
 #include <QSettings>
@@ -42,6 +44,14 @@ TEST(RenderFailureTest, StartingAfreshKeepsProjectAndScene) {
     EXPECT_TRUE(pumpUntil(reasonShown));
     EXPECT_EQ(tree->model()->rowCount(), 1);
     EXPECT_TRUE(window.windowTitle().contains("Test"));
+
+    for (QAction* action : window.findChildren<QAction*>()) {
+        if (action->shortcut() == QKeySequence::Close)
+            action->trigger();
+    }
+    Q_EMIT window.findChild<Hub*>()->projectChosen({root.toStdString(), "Test", 1});
+    EXPECT_TRUE(pumpUntil([&] { return contexts == 3; })) << "another project inherits the failure";
+    EXPECT_TRUE(pumpUntil(reasonShown));
 }
 
 } // namespace tarvik::editor

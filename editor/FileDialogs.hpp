@@ -4,6 +4,7 @@
 
 #include <functional>
 
+class QFileDialog;
 class QWidget;
 
 namespace tarvik::editor {
@@ -12,5 +13,8 @@ namespace tarvik::editor {
 // one in the background: where it has none, or is too slow to tell, the dialog begins at the user's home.
 void askForFolder(QWidget* parent, const QString& title, const QString& start,
                   const std::function<void(const QString&)>& take);
+
+// For where to save a picture, to be opened. Deletes itself when it is closed.
+[[nodiscard]] QFileDialog* createPictureDialog(QWidget* parent, const QString& title, const QString& file);
 
 } // namespace tarvik::editor
