@@ -1,4 +1,4 @@
-#include "IdleClient.hpp"
+#include "Client.hpp"
 #include "Pump.hpp"
 #include "Script.hpp"
 
@@ -31,11 +31,9 @@ using scripted::script;
 using test::pumpUntil;
 using Names = std::vector<std::string>;
 
-struct InputClient final : bench::IdleClient {
+struct InputClient final : test::Client {
     Names calls;
     std::string failing; // the operation that throws
-    glm::vec2 motion{0.0F};
-    float scroll = 0.0F;
     bool consumesPress = false;
     std::function<bool()> acceptsDrops;
 
@@ -47,10 +45,6 @@ struct InputClient final : bench::IdleClient {
     void note(const std::string& operation, glm::vec2 ndc) {
         // In tenths, to which the pixels of any scale round.
         note(operation, fmt::format(" {} {}", std::lround(ndc.x * 10.0F), std::lround(ndc.y * 10.0F)));
-    }
-    void update(float /*dt*/, const InputState& input, bool /*windowActive*/) override {
-        motion += input.mouseDelta();
-        scroll += input.scroll();
     }
     void clicked(glm::vec2 ndc) override { note("clicked", ndc); }
     bool mousePressed(glm::vec2 ndc, Qt::MouseButton /*button*/, Qt::KeyboardModifiers /*held*/) override {
