@@ -31,7 +31,6 @@ using test::pumpUntil;
 class ViewportTest : public ::testing::Test {
 protected:
     ViewportTest() {
-        script() = {};
         client_.called = [](const char* operation) {
             script().note(operation);
         };
@@ -45,6 +44,7 @@ protected:
         context_ = std::make_unique<AppContext>(options);
         failures_.clear();
         viewport_ = std::make_unique<VulkanViewport>(*context_, client_);
+        script() = {};
         viewport_->resize(104, 61);
         QObject::connect(viewport_.get(), &VulkanViewport::frameRendered, viewport_.get(),
                          [this] { ++frames_; });
@@ -74,10 +74,9 @@ protected:
     void expectFailure(const std::string& source, const std::function<void()>& error,
                        const std::string& message) {
         SCOPED_TRACE(source + ": " + message);
-        script() = {};
-        script().on[source] = error;
-        const test::LogCapture log;
         VulkanViewport& viewport = make();
+        const test::LogCapture log;
+        script().on[source] = error;
         viewport.show();
         EXPECT_TRUE(pumpUntil([&] { return !failures_.empty(); }));
         const bool hadTarget = source != "target+";
@@ -93,7 +92,6 @@ protected:
 
     void actAt(const std::string& moment, const std::function<void()>& act) {
         SCOPED_TRACE(moment);
-        script() = {};
         VulkanViewport& viewport = make();
         bool done = false;
         const auto once = [&] {
@@ -125,7 +123,6 @@ protected:
 
 TEST_F(ViewportTest, ShowsFramesInTheDevicePixelsOfTheWindow) {
     VulkanViewport& viewport = make();
-    script().events.clear();
     viewport.show();
     expectFrames();
     EXPECT_TRUE(script().calls().starts_with(
@@ -154,19 +151,19 @@ TEST_F(ViewportTest, KeepsTheRefreshIntervalOnlyWhereVsyncDoesNotBlock) {
     for (const auto& [vsync, blocks] :
          {std::pair(true, false), std::pair(true, true), std::pair(false, false)}) {
         SCOPED_TRACE(::testing::Message() << "vsync " << vsync << ", blocks " << blocks);
-        script() = {};
+        VulkanViewport& viewport = make(vsync);
         script().presentBlocks = blocks;
         std::vector<std::chrono::steady_clock::time_point> starts;
         script().on["update"] = [&] {
             starts.push_back(std::chrono::steady_clock::now());
             // A request while a frame is pending must not start a second timer.
             QEvent request(QEvent::UpdateRequest);
-            EXPECT_TRUE(QCoreApplication::sendEvent(viewport_.get(), &request));
+            EXPECT_TRUE(QCoreApplication::sendEvent(&viewport, &request));
         };
-        make(vsync).show();
+        viewport.show();
         expectFrames(20);
 
-        const double rate = viewport_->screen()->refreshRate();
+        const double rate = viewport.screen()->refreshRate();
         const Milliseconds interval(1000.0 / (rate > 1.0 ? rate : 60.0));
         Milliseconds shortest = interval;
         for (std::size_t i = 1; i < starts.size(); ++i)
@@ -290,11 +287,12 @@ TEST_F(ViewportTest, CapturesTheFinalPictureWithoutTheWindow) {
 }
 
 TEST_F(ViewportTest, StatisticsCountPresentedAndSkippedFrames) {
+    VulkanViewport& viewport = make(false);
     script().on["render"] = [] {
         const bool third = script().count("render") % 3 == 0;
         script().frameResult = third ? FrameResult::Presented : FrameResult::Skipped;
     };
-    make(false).show();
+    viewport.show();
     static const QRegularExpression pattern(
         R"(^(\d+\.\d) frames/s presented, (\d+) skipped \(no swapchain image ready\) in (\d+\.\d) s$)");
     QRegularExpressionMatch match;
