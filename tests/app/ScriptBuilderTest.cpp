@@ -168,12 +168,8 @@ TEST_F(ScriptBuilderTest, RequestsDuringABuildGiveOneMore) {
 
 TEST_F(ScriptBuilderTest, ABuilderThatGoesLeavesNoProcess) {
     const std::string sleepers = "set -m; trap '' TERM; /bin/sleep 999 & /bin/sleep 999 & trap - TERM; ";
-    const struct {
-        const char* when;
-        std::string cmake; // the real one where empty
-        const char* program;
-        std::size_t runs; // at least so often then
-    } cases[] = {
+    // When it goes, what cmake does (really, where empty), what it runs then and at least how often.
+    const std::tuple<const char*, std::string, const char*, std::size_t> cases[] = {
         {"before its start", sleepers + "wait", "sleep", 0},
         {"building", "[ $1 = -S ] && exit; " + sleepers + "wait", "sleep", 2},
         {"really configuring", "", "cc1plus", 1},

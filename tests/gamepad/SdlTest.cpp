@@ -26,17 +26,15 @@ public:
         desc.vendor_id = 0xF055;
         desc.product_id = 1;
         desc.name = name;
-        joystick_ = SDL_JoystickOpen(SDL_JoystickAttachVirtualEx(&desc));
+        device_ = SDL_JoystickAttachVirtualEx(&desc);
+        joystick_ = SDL_JoystickOpen(device_);
         setAxis(SDL_CONTROLLER_AXIS_TRIGGERLEFT, -32768);
         setAxis(SDL_CONTROLLER_AXIS_TRIGGERRIGHT, -32768);
     }
     VirtualDevice(const VirtualDevice&) = delete;
     VirtualDevice& operator=(const VirtualDevice&) = delete;
     ~VirtualDevice() {
-        for (int device = 0; device < SDL_NumJoysticks(); ++device) {
-            if (SDL_JoystickGetDeviceInstanceID(device) == SDL_JoystickInstanceID(joystick_))
-                SDL_JoystickDetachVirtual(device);
-        }
+        SDL_JoystickDetachVirtual(device_);
         SDL_JoystickClose(joystick_);
     }
 
@@ -48,6 +46,7 @@ public:
     }
 
 private:
+    int device_ = -1;
     SDL_Joystick* joystick_ = nullptr;
 };
 
@@ -64,27 +63,26 @@ protected:
 };
 
 TEST_F(GamepadSdlTest, EveryControlArrivesInXInputsFormAndLeavesNoEvents) {
-    std::optional<VirtualDevice> device{"pad"};
-    VirtualDevice& pad = *device;
+    std::optional<VirtualDevice> pad{"pad"};
     ASSERT_TRUE(source->query(0));
     EXPECT_EQ(source->name(0), "pad");
     constexpr std::uint16_t bits[] = {0x1000, 0x2000, 0x4000, 0x8000, 0x0020, 0 /* guide */, 0x0010, 0x0040,
                                       0x0080, 0x0100, 0x0200, 0x0001, 0x0002, 0x0004,        0x0008};
     for (int button = 0; button <= SDL_CONTROLLER_BUTTON_DPAD_RIGHT; ++button) {
-        pad.setButton(button, true);
+        pad->setButton(button, true);
         EXPECT_EQ(source->query(0).value_or(GamepadReading{}).buttons, bits[button]) << "button " << button;
-        pad.setButton(button, false);
+        pad->setButton(button, false);
     }
     constexpr std::int16_t axes[] = {-32768, -32768, 12345, 12345, 32767, 0};
     for (int axis = 0; axis < SDL_CONTROLLER_AXIS_MAX; ++axis)
-        pad.setAxis(axis, axes[axis]);
+        pad->setAxis(axis, axes[axis]);
     EXPECT_TRUE(source->query(0) == (GamepadReading{.leftTrigger = 255,
                                                     .rightTrigger = 127,
                                                     .leftX = -32768,
                                                     .leftY = 32767,
                                                     .rightX = 12345,
                                                     .rightY = -12345}));
-    device.reset();
+    pad.reset();
     EXPECT_FALSE(source->query(0)) << "unplugged";
     EXPECT_EQ(SDL_PeepEvents(nullptr, 0, SDL_PEEKEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT), 0);
 }
