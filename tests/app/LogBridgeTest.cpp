@@ -15,12 +15,8 @@ namespace tarvik::app {
 namespace {
 
 TEST(LogBridge, KeepsEveryTextOfTheLast5000AndRoundsTimesTowardsZero) {
-    const struct {
-        std::string text;
-        QString shown;
-        std::int64_t nanoseconds;
-        std::int64_t milliseconds;
-    } cases[] = {
+    // Texts, what is shown of them, nanoseconds and what they are in milliseconds.
+    const std::tuple<std::string, QString, std::int64_t, std::int64_t> cases[] = {
         {"a\xFFz\xC3", QString::fromUtf8("a\uFFFDz\uFFFD"), -1'999'999, -1},
         {std::string("a\0b", 3), QString(QLatin1String("a\0b", 3)), 1'700'000'000'123'999'999,
          1'700'000'000'123},

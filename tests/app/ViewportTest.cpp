@@ -40,9 +40,7 @@ protected:
     VulkanViewport& make(bool vsync = true) {
         viewport_.reset();
         script() = {};
-        AppOptions options;
-        options.vsync = vsync;
-        context_ = std::make_unique<AppContext>(options);
+        context_ = std::make_unique<AppContext>(AppOptions{.vsync = vsync});
         failures_.clear();
         viewport_ = std::make_unique<VulkanViewport>(*context_, client_);
         script().events.clear();

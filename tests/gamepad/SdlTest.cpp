@@ -50,8 +50,7 @@ private:
     SDL_Joystick* joystick_ = nullptr;
 };
 
-class GamepadSdlTest : public testing::Test {
-protected:
+struct GamepadSdlTest : testing::Test {
     // Real controllers of the machine stay out of the way.
     GamepadSdlTest() {
         SDL_SetHint(SDL_HINT_GAMECONTROLLER_IGNORE_DEVICES_EXCEPT, "0xF055/0x0001");
