@@ -21,8 +21,6 @@ using test::readText;
 using test::writeText;
 
 struct CopyTreeTest : testing::Test {
-    CopyTreeTest() { fs::create_directory(from); }
-
     std::string copy() { return test::errorOf(copyTree(from, to, {}, progress)); }
 
     test::TemporaryFolder folder;
@@ -89,7 +87,6 @@ TEST_F(CopyTreeTest, FailuresNameWhatTheyAreAboutAndNothingBlocks) {
         fs::remove_all(from);
         fs::remove_all(to);
     }
-    fs::create_directory(from);
     writeText(file, "content");
     const test::FileSizeLimit fullDisk(3);
     EXPECT_EQ(copy(), cannotCopy + ": File too large");
