@@ -26,15 +26,17 @@ public:
         desc.vendor_id = 0xF055;
         desc.product_id = 1;
         desc.name = name;
-        device_ = SDL_JoystickAttachVirtualEx(&desc);
-        joystick_ = SDL_JoystickOpen(device_);
+        joystick_ = SDL_JoystickOpen(SDL_JoystickAttachVirtualEx(&desc));
         setAxis(SDL_CONTROLLER_AXIS_TRIGGERLEFT, -32768);
         setAxis(SDL_CONTROLLER_AXIS_TRIGGERRIGHT, -32768);
     }
     VirtualDevice(const VirtualDevice&) = delete;
     VirtualDevice& operator=(const VirtualDevice&) = delete;
     ~VirtualDevice() {
-        SDL_JoystickDetachVirtual(device_);
+        for (int device = 0; device < SDL_NumJoysticks(); ++device) {
+            if (SDL_JoystickGetDeviceInstanceID(device) == SDL_JoystickInstanceID(joystick_))
+                SDL_JoystickDetachVirtual(device);
+        }
         SDL_JoystickClose(joystick_);
     }
 
@@ -42,7 +44,6 @@ public:
     void setButton(int button, bool down) { SDL_JoystickSetVirtualButton(joystick_, button, down); }
 
 private:
-    int device_ = -1;
     SDL_Joystick* joystick_ = nullptr;
 };
 
