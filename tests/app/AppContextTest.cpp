@@ -26,10 +26,7 @@ TEST(AppContextTest, StartsTheRendererOnFirstNeedAndEndsItBeforeTheLogIsLeft) {
     };
     Lines received;
     {
-        AppOptions options;
-        options.validation = true;
-        options.gpu = 3;
-        AppContext context(options);
+        AppContext context({.validation = true, .gpu = 3});
         EXPECT_TRUE(context.validationEnabled());
         EXPECT_EQ(script().calls(), "");
         const auto* instance = context.vulkanInstance();

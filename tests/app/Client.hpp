@@ -6,14 +6,18 @@
 
 namespace tarvik::test {
 
-struct Client final : bench::IdleClient {
+struct Client : bench::IdleClient {
     std::function<void(const char* operation)> called; // may throw
     const Scene* scene = nullptr;
     float dt = -1.0F;
     float aspect = 0.0F;
+    glm::vec2 motion{0.0F};
+    float scroll = 0.0F;
 
-    void update(float step, const InputState& /*input*/, bool /*windowActive*/) override {
+    void update(float step, const InputState& input, bool /*windowActive*/) override {
         dt = step;
+        motion += input.mouseDelta();
+        scroll += input.scroll();
         tell("update");
     }
     const Scene* activeScene() override {

@@ -20,15 +20,12 @@ using test::namesIn;
 using test::readText;
 using test::writeText;
 
-class CopyTreeTest : public testing::Test {
-protected:
-    CopyTreeTest() { fs::create_directory(from); }
-
+struct CopyTreeTest : testing::Test {
     std::string copy() { return test::errorOf(copyTree(from, to, {}, progress)); }
 
-    test::TemporaryFolder folder_;
-    fs::path from = folder_ / "from";
-    fs::path to = folder_ / "to";
+    test::TemporaryFolder folder;
+    fs::path from = folder / "from";
+    fs::path to = folder / "to";
     ExportProgress progress;
 };
 
@@ -37,7 +34,7 @@ TEST_F(CopyTreeTest, LinksStayLinksInTheirOwnPlaceWhereverTheyLead) {
     writeText(from / "a/file", "inside");
     const std::string notUtf8 = test::kOddNames[4];
     const std::pair<fs::path, fs::path> links[] = {
-        {"a/b/to-file", "../file"}, {"to-folder", "a"}, {"outside", folder_ / "from/../"}, {"a/up", "../.."},
+        {"a/b/to-file", "../file"}, {"to-folder", "a"}, {"outside", folder / "from/../"}, {"a/up", "../.."},
         {"a/nowhere", "no/such"},   {"loop", "loop"},   {"a/" + notUtf8, "\xff\xfe"},
     };
     for (const auto& [place, target] : links)
@@ -46,7 +43,7 @@ TEST_F(CopyTreeTest, LinksStayLinksInTheirOwnPlaceWhereverTheyLead) {
     for (const auto& [place, target] : links)
         EXPECT_EQ(fs::read_symlink(to / place), target);
     EXPECT_EQ(namesIn(to), namesIn(from));
-    EXPECT_EQ(namesIn(folder_.path()), (std::set<std::string>{"from", "to"}));
+    EXPECT_EQ(namesIn(folder.path()), (std::set<std::string>{"from", "to"}));
     EXPECT_TRUE(copy().ends_with(": File exists"));
 }
 
@@ -67,7 +64,7 @@ TEST_F(CopyTreeTest, FailuresNameWhatTheyAreAboutAndNothingBlocks) {
         {"a socket", [&] { makeNode(S_IFSOCK); }, cannotCopy + ": Operation not supported"},
         {"a device", [&] { makeNode(S_IFCHR); }, cannotCopy + ": Operation not supported"},
         {"a file for a destination", [&] { writeText(to, ""); }, cannotCreate + ": Not a directory"},
-        {"a folder that is read-only", [&] { fs::permissions(folder_.path(), fs::perms(0555)); },
+        {"a folder that is read-only", [&] { fs::permissions(folder.path(), fs::perms(0555)); },
          cannotCreate + ": Permission denied"},
         {"no source", [&] { fs::remove_all(from); }, cannotRead + ": No such file or directory"},
         {"a folder nobody may list", [&] { fs::permissions(sub, {}); }, cannotRead + ": Permission denied"},
@@ -78,7 +75,7 @@ TEST_F(CopyTreeTest, FailuresNameWhatTheyAreAboutAndNothingBlocks) {
     };
     for (const auto& [name, arrange, message] : cases) {
         SCOPED_TRACE(name);
-        fs::permissions(folder_.path(), fs::perms::all);
+        fs::permissions(folder.path(), fs::perms::all);
         fs::create_directories(sub);
         writeText(file, "content");
         arrange();
@@ -90,7 +87,6 @@ TEST_F(CopyTreeTest, FailuresNameWhatTheyAreAboutAndNothingBlocks) {
         fs::remove_all(from);
         fs::remove_all(to);
     }
-    fs::create_directory(from);
     writeText(file, "content");
     const test::FileSizeLimit fullDisk(3);
     EXPECT_EQ(copy(), cannotCopy + ": File too large");
@@ -100,7 +96,7 @@ TEST_F(CopyTreeTest, FilesReplaceWhatIsThereAndKeepTheirModeAndContent) {
     const std::pair<std::string, std::string> files[] = {
         {test::kOddNames[1], "x"}, {test::kOddNames[4], std::string(100'000, 'y')}, {"empty", ""}};
     fs::create_directory(to);
-    writeText(folder_ / "victim", "untouched");
+    writeText(folder / "victim", "untouched");
     for (const auto& [name, content] : files) {
         writeText(from / name, content);
         fs::permissions(from / name, fs::perms(0547));
@@ -113,15 +109,15 @@ TEST_F(CopyTreeTest, FilesReplaceWhatIsThereAndKeepTheirModeAndContent) {
             EXPECT_EQ(fs::symlink_status(to / name).permissions(), fs::perms(0547));
         }
     }
-    EXPECT_EQ(readText(folder_ / "victim"), "untouched");
+    EXPECT_EQ(readText(folder / "victim"), "untouched");
     EXPECT_EQ(test::errorOf(copyTree(from, from, {}, progress)).substr(0, 11), "cannot copy");
     EXPECT_EQ(readText(from / files[0].first), "x");
 }
 
 TEST_F(CopyTreeTest, ACopyWithinItsSourceDoesNotCopyItself) {
     fs::create_directories(from / "a");
-    fs::create_directory_symlink(from, folder_ / "link");
-    EXPECT_EQ(test::errorOf(copyTree(from, folder_ / "link/a/copy", {}, progress)), "<success>");
+    fs::create_directory_symlink(from, folder / "link");
+    EXPECT_EQ(test::errorOf(copyTree(from, folder / "link/a/copy", {}, progress)), "<success>");
     EXPECT_EQ(namesIn(from / "a/copy/a"), std::set<std::string>{});
 }
 

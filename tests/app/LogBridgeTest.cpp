@@ -1,6 +1,6 @@
 #include "Pump.hpp"
 
-#include <tarvik/app/LogBridge.hpp>
+#include <tarvik/app/AppContext.hpp>
 #include <tarvik/core/Log.hpp>
 
 #include <gtest/gtest.h>
@@ -15,12 +15,8 @@ namespace tarvik::app {
 namespace {
 
 TEST(LogBridge, KeepsEveryTextOfTheLast5000AndRoundsTimesTowardsZero) {
-    const struct {
-        std::string text;
-        QString shown;
-        std::int64_t nanoseconds;
-        std::int64_t milliseconds;
-    } cases[] = {
+    // Texts, what is shown of them, nanoseconds and what they are in milliseconds.
+    const std::tuple<std::string, QString, std::int64_t, std::int64_t> cases[] = {
         {"a\xFFz\xC3", QString::fromUtf8("a\uFFFDz\uFFFD"), -1'999'999, -1},
         {std::string("a\0b", 3), QString(QLatin1String("a\0b", 3)), 1'700'000'000'123'999'999,
          1'700'000'000'123},
@@ -40,9 +36,8 @@ TEST(LogBridge, KeepsEveryTextOfTheLast5000AndRoundsTimesTowardsZero) {
 }
 
 TEST(LogBridge, ReceiverMayUseTheBridgeAndLogAboutEveryLine) {
-    LogBridge bridge;
-    const auto sink = std::make_shared<QtLogSink>(bridge);
-    Logger::instance().addSink(sink);
+    const AppContext context({});
+    LogBridge& bridge = *context.logBridge;
     std::map<QString, int> seen;
     QObject::connect(&bridge, &LogBridge::messageLogged, &bridge, [&](const UiLogEntry& entry) {
         EXPECT_EQ(bridge.history().back().message, entry.message);
@@ -51,16 +46,14 @@ TEST(LogBridge, ReceiverMayUseTheBridgeAndLogAboutEveryLine) {
         log::info("Echo", "{}", entry.message.toStdString());
     });
     log::info("Test", "line");
-    Logger::instance().removeSink(sink);
     EXPECT_EQ(seen["Test"], 1);
     EXPECT_GE(seen["Echo"], 1);
 }
 
 TEST(LogBridge, LinesOfEachThreadStayInOrderForQueuedReceivers) {
     constexpr std::size_t lineCount = 1000;
-    LogBridge bridge;
-    const auto sink = std::make_shared<QtLogSink>(bridge);
-    Logger::instance().addSink(sink);
+    const AppContext context({});
+    LogBridge& bridge = *context.logBridge;
     std::vector<UiLogEntry> delivered;
     QObject receiver;
     QObject::connect(&bridge, &LogBridge::messageLogged, &receiver, [&](const UiLogEntry& entry) {
@@ -77,7 +70,6 @@ TEST(LogBridge, LinesOfEachThreadStayInOrderForQueuedReceivers) {
     EXPECT_TRUE(test::pumpUntil(
         [&] { return bridge.history().size() == 4 * lineCount && delivered.size() == 4 * lineCount; }));
     threads.clear();
-    Logger::instance().removeSink(sink);
 
     std::map<QString, std::vector<QString>> lines;
     for (const UiLogEntry& entry : delivered)

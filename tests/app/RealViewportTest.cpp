@@ -22,12 +22,6 @@ namespace {
 
 using test::pumpUntil;
 
-AppOptions withValidation() {
-    AppOptions options;
-    options.validation = true;
-    return options;
-}
-
 // A viewport as an editor has it: in a container, in a dock.
 struct Dock final : QDockWidget {
     Dock(AppContext& context, test::Client& client)
@@ -71,7 +65,7 @@ protected:
     }
 
     test::LogCapture log_;
-    std::unique_ptr<AppContext> context_ = std::make_unique<AppContext>(withValidation());
+    std::unique_ptr<AppContext> context_ = std::make_unique<AppContext>(AppOptions{.validation = true});
     Scene scene_{"Test"};
     test::Client client_;
     std::unique_ptr<QMainWindow> window_ = std::make_unique<QMainWindow>();
@@ -82,11 +76,9 @@ protected:
 // How many pixels of the image look like the colour.
 int countLike(const QImage& image, QColor colour) {
     int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor pixel = image.pixelColor(x, y);
-            count += std::abs(pixel.red() - colour.red()) + std::abs(pixel.blue() - colour.blue()) <= 8;
-        }
+    for (int i = 0; i < image.width() * image.height(); ++i) {
+        const QColor pixel = image.pixelColor(i % image.width(), i / image.width());
+        count += std::abs(pixel.red() - colour.red()) + std::abs(pixel.blue() - colour.blue()) <= 8;
     }
     return count;
 }

@@ -113,11 +113,6 @@ TEST_F(ScriptBuilderTest, RealBuildsFailAndRecover) {
 
 TEST_F(ScriptBuilderTest, EveryFailureSaysWhatIsWrong) {
     const fs::path list = tree / "src/CMakeLists.txt";
-    const auto cmake = [this](const char* script) {
-        return [this, script] {
-            install("cmake", script);
-        };
-    };
     const std::pair<std::function<void()>, std::string> cases[] = {
         {[] {}, "No scripts: add .cpp files to " + scripts.string() + "."},
         {[&] { writeText(scripts / "ai/Enemy.cpp"), qputenv("PATH", "/nowhere"); },
@@ -126,8 +121,8 @@ TEST_F(ScriptBuilderTest, EveryFailureSaysWhatIsWrong) {
         {[&] { writeText(tree), install("cmake", "exit 1"); }, "cannot create " + tree.string()},
         {[&] { fs::remove(tree), fs::create_directories(list); }, "cannot write " + list.string() + ": "},
         {[&] { fs::remove(list), writeText(home / "bin/cmake", "#!/nowhere\n"); }, "cannot start cmake: "},
-        {cmake("/bin/rm $0; echo configured"), "configured\ncannot start cmake: "},
-        {cmake("echo oops; kill -9 $$"), "oops\n"},
+        {[&] { install("cmake", "/bin/rm $0; echo configured"); }, "configured\ncannot start cmake: "},
+        {[&] { install("cmake", "echo oops; kill -9 $$"); }, "oops\n"},
     };
     for (const auto& [prepare, output] : cases) {
         prepare();
@@ -168,12 +163,8 @@ TEST_F(ScriptBuilderTest, RequestsDuringABuildGiveOneMore) {
 
 TEST_F(ScriptBuilderTest, ABuilderThatGoesLeavesNoProcess) {
     const std::string sleepers = "set -m; trap '' TERM; /bin/sleep 999 & /bin/sleep 999 & trap - TERM; ";
-    const struct {
-        const char* when;
-        std::string cmake; // the real one where empty
-        const char* program;
-        std::size_t runs; // at least so often then
-    } cases[] = {
+    // When it goes, what cmake does (really, where empty), what it runs then and at least how often.
+    const std::tuple<const char*, std::string, const char*, std::size_t> cases[] = {
         {"before its start", sleepers + "wait", "sleep", 0},
         {"building", "[ $1 = -S ] && exit; " + sleepers + "wait", "sleep", 2},
         {"really configuring", "", "cc1plus", 1},

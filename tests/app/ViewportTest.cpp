@@ -31,7 +31,6 @@ using test::pumpUntil;
 class ViewportTest : public ::testing::Test {
 protected:
     ViewportTest() {
-        script() = {};
         client_.called = [](const char* operation) {
             script().note(operation);
         };
@@ -40,22 +39,25 @@ protected:
     // A viewport in a context of its own; the previous ones end.
     VulkanViewport& make(bool vsync = true) {
         viewport_.reset();
-        AppOptions options;
-        options.vsync = vsync;
-        context_ = std::make_unique<AppContext>(options);
+        script() = {};
+        context_ = std::make_unique<AppContext>(AppOptions{.vsync = vsync});
         failures_.clear();
         viewport_ = std::make_unique<VulkanViewport>(*context_, client_);
+        script().events.clear();
         viewport_->resize(104, 61);
         QObject::connect(viewport_.get(), &VulkanViewport::frameRendered, viewport_.get(),
-                         [this] { ++frames_; });
+                         [] { script().note("frameRendered"); });
         QObject::connect(viewport_.get(), &VulkanViewport::renderFailed, viewport_.get(),
-                         [this](const QString& message) { failures_.push_back(message.toStdString()); });
+                         [this](const QString& message) {
+                             failures_.push_back(message.toStdString());
+                             script().note("renderFailed");
+                         });
         return *viewport_;
     }
 
     void expectFrames(int count = 2) {
-        const int before = frames_;
-        EXPECT_TRUE(pumpUntil([&] { return frames_ >= before + count; }))
+        const auto wanted = script().count("frameRendered") + count;
+        EXPECT_TRUE(pumpUntil([&] { return script().count("frameRendered") >= wanted; }))
             << ::testing::PrintToString(log_.lines(LogLevel::Debug));
     }
 
@@ -74,10 +76,9 @@ protected:
     void expectFailure(const std::string& source, const std::function<void()>& error,
                        const std::string& message) {
         SCOPED_TRACE(source + ": " + message);
-        script() = {};
-        script().on[source] = error;
-        const test::LogCapture log;
         VulkanViewport& viewport = make();
+        const test::LogCapture log;
+        script().on[source] = error;
         viewport.show();
         EXPECT_TRUE(pumpUntil([&] { return !failures_.empty(); }));
         const bool hadTarget = source != "target+";
@@ -93,19 +94,14 @@ protected:
 
     void actAt(const std::string& moment, const std::function<void()>& act) {
         SCOPED_TRACE(moment);
-        script() = {};
         VulkanViewport& viewport = make();
         bool done = false;
-        const auto once = [&] {
+        script().on[moment] = [&] {
             if (!std::exchange(done, true))
                 act();
         };
-        script().on[moment] = once;
         if (moment == "renderFailed")
             script().on["render"] = throwing(std::runtime_error("boom"));
-        QObject::connect(&viewport, &VulkanViewport::frameRendered, &viewport,
-                         [] { script().note("frameRendered"); });
-        QObject::connect(&viewport, &VulkanViewport::renderFailed, &viewport, once);
         viewport.show();
         EXPECT_TRUE(pumpUntil(
             [&] { return done && (viewport_ || script().count("target+") == script().count("target-")); }));
@@ -119,17 +115,15 @@ protected:
     test::Client client_;
     std::unique_ptr<AppContext> context_;
     std::unique_ptr<VulkanViewport> viewport_;
-    int frames_ = 0;
     Lines failures_;
 };
 
 TEST_F(ViewportTest, ShowsFramesInTheDevicePixelsOfTheWindow) {
     VulkanViewport& viewport = make();
-    script().events.clear();
     viewport.show();
     expectFrames();
     EXPECT_TRUE(script().calls().starts_with(
-        "target+ update activeScene resize renderSettings cameraView render update"));
+        "target+ update activeScene resize renderSettings cameraView render frameRendered update"));
     const auto width = std::lround(viewport.width() * viewport.devicePixelRatio());
     const auto height = std::lround(viewport.height() * viewport.devicePixelRatio());
     const auto extent = std::to_string(width) + "x" + std::to_string(height);
@@ -154,19 +148,19 @@ TEST_F(ViewportTest, KeepsTheRefreshIntervalOnlyWhereVsyncDoesNotBlock) {
     for (const auto& [vsync, blocks] :
          {std::pair(true, false), std::pair(true, true), std::pair(false, false)}) {
         SCOPED_TRACE(::testing::Message() << "vsync " << vsync << ", blocks " << blocks);
-        script() = {};
+        VulkanViewport& viewport = make(vsync);
         script().presentBlocks = blocks;
         std::vector<std::chrono::steady_clock::time_point> starts;
         script().on["update"] = [&] {
             starts.push_back(std::chrono::steady_clock::now());
             // A request while a frame is pending must not start a second timer.
             QEvent request(QEvent::UpdateRequest);
-            EXPECT_TRUE(QCoreApplication::sendEvent(viewport_.get(), &request));
+            EXPECT_TRUE(QCoreApplication::sendEvent(&viewport, &request));
         };
-        make(vsync).show();
+        viewport.show();
         expectFrames(20);
 
-        const double rate = viewport_->screen()->refreshRate();
+        const double rate = viewport.screen()->refreshRate();
         const Milliseconds interval(1000.0 / (rate > 1.0 ? rate : 60.0));
         Milliseconds shortest = interval;
         for (std::size_t i = 1; i < starts.size(); ++i)
@@ -216,9 +210,8 @@ TEST_F(ViewportTest, LostSurfaceGetsANewTargetEvenWhenIdlingFails) {
     script().events.clear();
     script().frameResult = FrameResult::SurfaceLost;
     script().on["waitIdle"] = throwing(std::runtime_error("busy"));
-    frames_ = 0;
-    script().on["target+"] = [this] {
-        EXPECT_EQ(frames_, 0);
+    script().on["target+"] = [] {
+        EXPECT_EQ(script().count("frameRendered"), 0);
         script().frameResult = FrameResult::Presented;
     };
     expectFrames();
@@ -290,11 +283,12 @@ TEST_F(ViewportTest, CapturesTheFinalPictureWithoutTheWindow) {
 }
 
 TEST_F(ViewportTest, StatisticsCountPresentedAndSkippedFrames) {
+    VulkanViewport& viewport = make(false);
     script().on["render"] = [] {
         const bool third = script().count("render") % 3 == 0;
         script().frameResult = third ? FrameResult::Presented : FrameResult::Skipped;
     };
-    make(false).show();
+    viewport.show();
     static const QRegularExpression pattern(
         R"(^(\d+\.\d) frames/s presented, (\d+) skipped \(no swapchain image ready\) in (\d+\.\d) s$)");
     QRegularExpressionMatch match;

@@ -1,5 +1,5 @@
 #include "PlayWindow.hpp"
-#include "Mouse.hpp"
+#include "Devices.hpp"
 #include "Pump.hpp"
 #include "RedBoxProject.hpp"
 #include "Session.hpp"
@@ -41,19 +41,16 @@ TEST(PlayWindowTest, F11FillsTheScreenAndEscapeFreesTheMouseThenEndsTheGame) {
         })) << wanted;
     }
 
-    test::Mouse mouse;
+    test::Devices devices;
     EXPECT_TRUE(pumpUntil([&] {
-        mouse.moveTo(600, 400);
-        mouse.moveTo(601, 401);
-        mouse.button(test::Mouse::Button::Up);
-        mouse.button(test::Mouse::Button::Down);
+        devices.press();
         return viewport->input().isHeld(MouseButton::Right);
     }));
     // Locked, the pointer stays however the mouse is moved.
     glm::vec2 place(-1.0F);
     int stayed = 0;
     EXPECT_TRUE(pumpUntil([&] {
-        mouse.moveBy(2, 0);
+        devices.moveBy(2, 0);
         stayed = std::exchange(place, viewport->input().mousePosition()) == place ? stayed + 1 : 0;
         return stayed == 20;
     }));
@@ -61,7 +58,7 @@ TEST(PlayWindowTest, F11FillsTheScreenAndEscapeFreesTheMouseThenEndsTheGame) {
     EXPECT_FALSE(viewport->input().isHeld(MouseButton::Right));
     EXPECT_TRUE(window.isVisible());
     EXPECT_TRUE(pumpUntil([&] {
-        mouse.moveBy(2, 0);
+        devices.moveBy(2, 0);
         return viewport->input().mousePosition() != place;
     }));
     QTest::keyClick(window.windowHandle(), Qt::Key_Escape);

@@ -28,8 +28,7 @@ struct ScriptedSource final : GamepadSource {
     std::vector<int> queries;
 };
 
-class GamepadPollerTest : public testing::Test {
-protected:
+struct GamepadPollerTest : testing::Test {
     // Returns the indices that were asked for.
     std::vector<int> poll(std::chrono::milliseconds time) {
         source->queries.clear();

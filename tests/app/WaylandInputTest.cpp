@@ -1,5 +1,5 @@
-#include "IdleClient.hpp"
-#include "Mouse.hpp"
+#include "Client.hpp"
+#include "Devices.hpp"
 #include "Pump.hpp"
 
 #include <tarvik/app/AppContext.hpp>
@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QMouseEvent>
 #include <QPainter>
@@ -17,12 +18,14 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace tarvik::app {
 namespace {
 
-using test::Mouse;
+using test::Devices;
 using test::pumpUntil;
 
 // Fills itself, as a window without contents gets no pointer, and counts.
@@ -37,16 +40,16 @@ struct View final : QRasterWindow {
 };
 
 // An embedded window that fills its top level, which fills the screen. A protocol error ends the process.
-class PointerLockTest : public ::testing::Test {
+class WaylandInputTest : public ::testing::Test {
 protected:
-    PointerLockTest() {
+    WaylandInputTest() {
         window_->setCentralWidget(container_);
         show();
     }
 
     void show() {
         QCoreApplication::processEvents(); // until then what has been hidden is exposed
-        mouse_->isDevice() ? window_->show() : window_->showFullScreen();
+        devices_->areVirtual() ? window_->show() : window_->showFullScreen();
         ASSERT_TRUE(pumpUntil([&] { return window_->windowHandle()->isExposed(); }));
         // Wakes an embedded window that was not exposed with its top level; in vain while that waits for a
         // late picture.
@@ -59,49 +62,48 @@ protected:
         }));
     }
 
-    // And holds.
-    void pressUntil(const std::function<bool()>& pressed) {
-        // A compositor shows a new window some time after it has been drawn.
-        ASSERT_TRUE(pumpUntil([&] {
-            mouse_->moveTo(600, 400);
-            mouse_->moveTo(601, 401);
-            mouse_->button(Mouse::Button::Up);
-            mouse_->button(Mouse::Button::Down);
-            return pressed();
-        }));
-    }
-
     void lock() {
         ASSERT_NE(lock_, nullptr);
         const int before = view_->presses;
-        pressUntil([&] {
+        ASSERT_TRUE(pumpUntil([&] {
             view_->update(); // what it paints while its top level waits for a frame is dropped
+            devices_->press();
             return view_->presses > before;
-        });
+        }));
         ASSERT_TRUE(lock_->lock());
         ASSERT_TRUE(pumpUntil([&] { return lock_->isActive(); }));
+    }
+
+    VulkanViewport* embedViewport() {
+        auto* viewport = new VulkanViewport(context_, client_);
+        auto* container = QWidget::createWindowContainer(viewport);
+        viewport->setInputContainer(container);
+        window_->setCentralWidget(container); // in place of the view
+        return viewport;
     }
 
     void expectMoves() {
         view_->moves = 0;
         EXPECT_TRUE(pumpUntil([&] {
-            mouse_->moveBy(1, 1);
+            devices_->moveBy(1, 1);
             return view_->moves > 0;
         }));
     }
 
-    std::unique_ptr<Mouse> mouse_ = std::make_unique<Mouse>();
+    AppContext context_{AppOptions{}};
+    test::Client client_;
+    std::unique_ptr<Devices> devices_ = std::make_unique<Devices>();
     std::unique_ptr<WaylandPointerLock> lock_ = WaylandPointerLock::create();
     std::unique_ptr<QMainWindow> window_ = std::make_unique<QMainWindow>();
     View* view_ = new View;
     QWidget* container_ = QWidget::createWindowContainer(view_);
 };
 
-TEST_F(PointerLockTest, DeliversAllMotionAndNoMoves) {
+TEST_F(WaylandInputTest, DeliversAllMotionAndNoMoves) {
     lock();
     view_->moves = 0;
     for (int i = 0; i < 12; ++i)
-        mouse_->moveBy(i % 2 ? 6 : -2, -3);
+        devices_->moveBy(i % 2 ? 6 : -2, -3);
     const glm::vec2 injected = glm::vec2(24, -36) / static_cast<float>(view_->devicePixelRatio());
     glm::vec2 sum(0.0F);
     pumpUntil([&] {
@@ -119,7 +121,7 @@ TEST_F(PointerLockTest, DeliversAllMotionAndNoMoves) {
     expectMoves();
 }
 
-TEST_F(PointerLockTest, AsksOnceWhoeverAsks) {
+TEST_F(WaylandInputTest, AsksOnceWhoeverAsks) {
     lock();
     EXPECT_TRUE(lock_->lock());
     const auto other = WaylandPointerLock::create();
@@ -131,11 +133,11 @@ TEST_F(PointerLockTest, AsksOnceWhoeverAsks) {
     EXPECT_TRUE(other->isActive());
 }
 
-TEST_F(PointerLockTest, EndsWithFocusMouseOrWindowAndCanBeHadAgain) {
+TEST_F(WaylandInputTest, EndsWithFocusMouseOrWindowAndCanBeHadAgain) {
     std::unique_ptr<QMainWindow> other;
     const std::array<std::function<void()>, 6> ends{
         [&] { (other = std::make_unique<QMainWindow>())->show(); },
-        [&] { mouse_->isDevice() ? mouse_.reset() : container_->hide(); },
+        [&] { devices_->areVirtual() ? devices_.reset() : container_->hide(); },
         [&] { container_->hide(); },
         [&] { view_->destroy(); },
         [&] { window_->hide(); },
@@ -149,53 +151,42 @@ TEST_F(PointerLockTest, EndsWithFocusMouseOrWindowAndCanBeHadAgain) {
         end();
         EXPECT_TRUE(pumpUntil([&] { return !lock_->isActive(); }));
         other.reset();
-        if (!mouse_)
-            mouse_ = std::make_unique<Mouse>();
+        if (!devices_)
+            devices_ = std::make_unique<Devices>();
         if (window_)
             show();
     }
     EXPECT_FALSE(lock_->lock()) << "no window is under the pointer";
 }
 
-struct Looker final : bench::IdleClient {
-    glm::vec2 motion{0.0F};
-    float scroll = 0.0F;
-    void update(float /*dt*/, const InputState& input, bool /*windowActive*/) override {
-        motion += input.mouseDelta();
-        scroll += input.scroll();
-    }
-};
-
-TEST_F(PointerLockTest, TurnsAViewportThatMayGoWhileLooking) {
-    AppContext context{AppOptions{}};
-    Looker client;
-    auto* viewport = new VulkanViewport(context, client);
-    auto* container = QWidget::createWindowContainer(viewport);
-    viewport->setInputContainer(container);
-    window_->setCentralWidget(container);
+TEST_F(WaylandInputTest, TurnsAViewportThatMayGoWhileLooking) {
+    auto* viewport = embedViewport();
     const auto look = [&] {
-        pressUntil([&] { return viewport->input().isHeld(MouseButton::Right); });
+        ASSERT_TRUE(pumpUntil([&] {
+            devices_->press();
+            return viewport->input().isHeld(MouseButton::Right);
+        }));
         // Until the view turns and the pointer stays.
         glm::vec2 place(-1.0F);
-        glm::vec2 motion = client.motion;
+        glm::vec2 motion = client_.motion;
         EXPECT_TRUE(pumpUntil([&] {
-            mouse_->moveBy(2, 0);
+            devices_->moveBy(2, 0);
             return std::exchange(place, viewport->input().mousePosition()) == place &&
-                   std::exchange(motion, client.motion) != motion;
+                   std::exchange(motion, client_.motion) != motion;
         }));
     };
     look();
-    const float notches = mouse_->scroll();
-    EXPECT_TRUE(pumpUntil([&] { return client.scroll == notches; })) << client.scroll;
-    client.motion = {};
+    const float notches = devices_->scroll();
+    EXPECT_TRUE(pumpUntil([&] { return client_.scroll == notches; })) << client_.scroll;
+    client_.motion = {};
     for (int i = 0; i < 10; ++i)
-        mouse_->moveBy(0, -4);
+        devices_->moveBy(0, -4);
     const float injected = -40.0F / static_cast<float>(viewport->devicePixelRatio());
-    EXPECT_TRUE(pumpUntil([&] { return client.motion.y == injected; })) << client.motion.y;
+    EXPECT_TRUE(pumpUntil([&] { return client_.motion.y == injected; })) << client_.motion.y;
     viewport->releaseInput();
     const glm::vec2 place = viewport->input().mousePosition();
     EXPECT_TRUE(pumpUntil([&] {
-        mouse_->moveBy(2, 0);
+        devices_->moveBy(2, 0);
         return viewport->input().mousePosition() != place;
     }));
     look();
@@ -203,6 +194,50 @@ TEST_F(PointerLockTest, TurnsAViewportThatMayGoWhileLooking) {
     QMainWindow other;
     other.show();
     EXPECT_TRUE(pumpUntil([&] { return other.windowHandle()->isExposed(); }));
+}
+
+// Wayland's keys reach the top level and never the window that is embedded in it.
+TEST_F(WaylandInputTest, AnEngagedViewportHoldsItsKeysUntilTheFocusGoes) {
+    using Key = Devices::Key;
+    auto* viewport = embedViewport();
+    auto* edit = new QLineEdit;
+    window_->setMenuWidget(edit);
+    std::vector<std::string> fired;
+    for (const char* keys : {"W", "Ctrl+S"})
+        window_->addAction(keys, QKeySequence(keys), edit, [&fired, keys] { fired.emplace_back(keys); });
+    const auto expectHeld = [&](bool held) {
+        EXPECT_TRUE(pumpUntil([&] { return viewport->input().isHeld(tarvik::Key::W) == held; })) << held;
+    };
+    ASSERT_TRUE(pumpUntil([&] {
+        devices_->enter();
+        return window_->isActiveWindow() && viewport->input().mousePosition() != glm::vec2(0.0F);
+    }));
+    edit->setFocus();
+    devices_->press(Key::W);
+    EXPECT_TRUE(pumpUntil([&] { return edit->text() == "w"; }));
+    EXPECT_FALSE(viewport->input().isHeld(tarvik::Key::W));
+    devices_->release(Key::W);
+
+    devices_->press();
+    devices_->release();
+    EXPECT_TRUE(pumpUntil([&] { return !edit->hasFocus(); }));
+    devices_->press(Key::W);
+    expectHeld(true);
+    devices_->release(Key::W);
+    expectHeld(false);
+    for (const Key key : {Key::Control, Key::S})
+        devices_->press(key);
+    for (const Key key : {Key::S, Key::Control})
+        devices_->release(key);
+    EXPECT_TRUE(pumpUntil([&] { return !fired.empty(); }));
+    EXPECT_EQ(fired, std::vector<std::string>{"Ctrl+S"});
+
+    devices_->press(Key::W);
+    expectHeld(true);
+    QWidget other;
+    other.show();
+    expectHeld(false);
+    devices_->release(Key::W);
 }
 
 // Run against compositors that have but one of the protocols.
