@@ -82,8 +82,12 @@ bool VulkanViewport::takeInput(QEvent* event) {
     case QEvent::WindowBlocked: // by a modal dialog, which the releases do not reach either
         releaseInput();
         return false;
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+        return passKeyOn(*static_cast<QKeyEvent*>(event));
     case QEvent::ShortcutOverride:
-        return overrideShortcut(*static_cast<QKeyEvent*>(event));
+        return passKeyOn(*static_cast<QKeyEvent*>(event)) ||
+               overrideShortcut(*static_cast<QKeyEvent*>(event));
     case QEvent::DragEnter:
     case QEvent::DragMove:
     case QEvent::Drop:
@@ -151,8 +155,9 @@ void VulkanViewport::wheelEvent(QWheelEvent* event) {
     inputState.addScroll(static_cast<float>(event->angleDelta().y()) / kWheelNotch);
 }
 
-// Wayland gives an embedded window no keys at all, X11 gives none to a window that lets the pointer through.
-// They are taken from the window around then, whose widgets must not have them typed into any more.
+// Most Wayland compositors give an embedded window no keys at all, X11 gives none to a window that lets the
+// pointer through. They are taken from the window around then, whose widgets must not have them typed into
+// any more.
 void VulkanViewport::takeFocus() {
     QWindow* around = topLevelWindow();
     if (around == this || (warpAvailable && !isPassingThrough())) {

@@ -82,6 +82,16 @@ bool isTextInput(const QWidget* widget) {
 
 } // namespace
 
+// A Wayland compositor that gives an embedded window the keys leaves them there when a widget of the window
+// around takes the focus without a click.
+bool VulkanViewport::passKeyOn(QKeyEvent& event) {
+    const QWidget* focused = !warpAvailable && container ? container->window()->focusWidget() : nullptr;
+    if (!focused || focused == container)
+        return false;
+    QCoreApplication::sendEvent(topLevelWindow(), &event);
+    return true;
+}
+
 void VulkanViewport::keyPressEvent(QKeyEvent* event) {
     takeKey(*event);
     if (!client.keyPressed(event->key(), event->modifiers()))

@@ -111,6 +111,7 @@ private:
 
     [[nodiscard]] bool takeInput(QEvent* event);
     [[nodiscard]] bool isPassingThrough() const;
+    bool passKeyOn(QKeyEvent& event);
     bool takeKey(const QKeyEvent& event);
     [[nodiscard]] bool takeFromApplication(QObject* watched, QEvent* event);
     void releaseElsewhere(Qt::MouseButton button);
