@@ -64,13 +64,14 @@ void ProjectInspector::inspect(const std::filesystem::path& folder, QSize thumbn
         Q_EMIT inspected(folder, watcher->result());
     });
     watcher->setFuture(promise->future());
-    pool_->start(
-        [promise, folder, thumbnail, stop = stop_.get_token()] {
-            promise->start();
-            promise->addResult(inspectProject(folder, thumbnail, stop));
-            promise->finish();
-        },
-        ++priority_);
+    const auto look = [promise, folder, thumbnail, stop = stop_.get_token()] {
+        promise->start();
+        promise->addResult(inspectProject(folder, thumbnail, stop));
+        promise->finish();
+    };
+    // Asked for while cards are painted, which is to be done first.
+    QMetaObject::invokeMethod(
+        this, [this, look] { pool_->start(look, ++priority_); }, Qt::QueuedConnection);
     if (!stall_.isActive())
         stall_.start();
 }

@@ -34,7 +34,24 @@ struct Stored {
     Json json = Json::object();
 };
 
-fs::path asListed(const fs::path& path) {
+// Whether to make the path absolute and normal, which is slow, would change nothing. May say no to one that
+// is both, but to none that most people have.
+bool isPlain(const fs::path& path) {
+    const auto isSeparator = [](auto character) {
+        return character == '/' || character == fs::path::preferred_separator;
+    };
+    const auto isOdd = [&](auto character, auto next) {
+        return isSeparator(character) &&
+               (isSeparator(next) || next == '.' || character != fs::path::preferred_separator);
+    };
+    const auto& text = path.native();
+    return path.is_absolute() && !isSeparator(text.back()) &&
+           std::ranges::adjacent_find(text, isOdd) == text.end();
+}
+
+fs::path asListed(fs::path path) {
+    if (isPlain(path))
+        return path;
     std::error_code error;
     fs::path absolute = fs::absolute(path, error).lexically_normal();
     if (error)
@@ -64,8 +81,11 @@ fs::path readPath(const JsonFields& fields) {
 }
 
 void sortNewestFirst(std::vector<Stored>& entries) {
-    std::ranges::stable_sort(entries, std::ranges::greater{},
-                             [](const Stored& entry) { return entry.project.lastOpenedUnix; });
+    const auto opened = [](const Stored& entry) {
+        return entry.project.lastOpenedUnix;
+    };
+    if (!std::ranges::is_sorted(entries, std::ranges::greater{}, opened)) // as the file mostly is
+        std::ranges::stable_sort(entries, std::ranges::greater{}, opened);
 }
 
 // Moves the entries out of the document.
@@ -80,6 +100,7 @@ std::expected<std::vector<Stored>, JsonProblem> readEntries(Json& document) {
         fields.fail("projects", "a list", *list);
         return std::unexpected(problem);
     }
+    entries.reserve(list->size());
     for (Json& json : document["projects"]) {
         const JsonFields entry(json, problem);
         RecentProject project{.path = readPath(entry),
@@ -91,7 +112,7 @@ std::expected<std::vector<Stored>, JsonProblem> readEntries(Json& document) {
             return std::unexpected(
                 JsonProblem{fmt::format("projects[{}]: {}", entries.size(), problem.reason),
                             fmt::format("projects/{}/{}", entries.size(), problem.where)});
-        project.path = asListed(project.path);
+        project.path = asListed(std::move(project.path));
         entries.push_back({std::move(project), std::move(json)});
     }
     sortNewestFirst(entries);
@@ -189,6 +210,7 @@ std::expected<void, Error> ProjectRegistry::load() {
     auto storage = readStorage(state_->file);
     if (!storage)
         return std::unexpected(keepCorrupt(state_->file, storage.error()));
+    state_->projects.reserve(storage->entries.size());
     for (Stored& entry : storage->entries)
         state_->projects.push_back(std::move(entry.project));
     return {};
@@ -246,7 +268,7 @@ void ProjectRegistry::remove(const fs::path& path) {
 }
 
 void ProjectRegistry::put(RecentProject project) {
-    project.path = asListed(project.path);
+    project.path = asListed(std::move(project.path));
     if (const auto known = state_->find(project.path); known != state_->projects.end()) {
         if (known->lastOpenedUnix > project.lastOpenedUnix)
             return;
