@@ -65,9 +65,9 @@ MainWindow::MainWindow(Session& session)
       pane_(new ViewportPane(client_, pages_)),
       pictures_(new PictureSaver(*this, *pane_)) {
     createPages();
-    const QList<QAction*> panels = createPanels();
+    createPanels();
     createFileMenu();
-    createViewMenu(panels);
+    createViewMenu();
     createGameMenus();
     createHelpMenu();
     fillToolBar();
@@ -132,13 +132,11 @@ void MainWindow::createPages() {
     setCentralWidget(page);
 }
 
-QList<QAction*> MainWindow::createPanels() {
+void MainWindow::createPanels() {
     setDockNestingEnabled(true);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-    QList<QAction*> panels;
-    const auto addDock = [this, &panels]<typename Content>(Content*& content, const QString& title,
-                                                           const char* name, Qt::DockWidgetArea area,
-                                                           const QKeySequence& shortcut) {
+    const auto addDock = [this]<typename Content>(Content*& content, const QString& title, const char* name,
+                                                  Qt::DockWidgetArea area, const QKeySequence& shortcut) {
         auto* dock = new QDockWidget(title, this);
         dock->setObjectName(name);
         content = new Content(dock);
@@ -151,9 +149,10 @@ QList<QAction*> MainWindow::createPanels() {
         connect(dock, &QDockWidget::visibilityChanged, inSight, &QAction::setChecked);
         connect(inSight, &QAction::triggered, dock, [dock](bool on) {
             dock->setVisible(on);
-            dock->raise();
+            if (on)
+                dock->raise();
         });
-        panels += inSight;
+        panelActions_ += inSight;
         return dock;
     };
     QDockWidget* scene =
@@ -170,7 +169,7 @@ QList<QAction*> MainWindow::createPanels() {
     log->raise();
     resizeDocks({scene, inspector}, {280, 280}, Qt::Horizontal);
     resizeDocks({log}, {220}, Qt::Vertical);
-    return panels << toolBar_->toggleViewAction();
+    panelActions_ += toolBar_->toggleViewAction();
 }
 
 void MainWindow::createFileMenu() {
@@ -208,10 +207,17 @@ void MainWindow::createFileMenu() {
     quit->setMenuRole(QAction::QuitRole);
 }
 
-void MainWindow::createViewMenu(const QList<QAction*>& panels) {
+// The one that bars and titles show; Qt's own has the docks' own actions.
+QMenu* MainWindow::createPopupMenu() {
+    auto* menu = new QMenu(this);
+    menu->addActions(panelActions_);
+    return menu;
+}
+
+void MainWindow::createViewMenu() {
     QMenu* menu = menuBar()->addMenu(tr("&View"));
-    menu->addActions(panels);
-    projectActions_ += panels;
+    menu->addActions(panelActions_);
+    projectActions_ += panelActions_;
     menu->addSeparator();
     QAction* grid = menu->addAction(tr("Ground &Grid"));
     grid->setCheckable(true);
@@ -484,11 +490,11 @@ QString MainWindow::projectName() const {
 }
 
 void MainWindow::showAbout() {
-    auto* box = new QMessageBox(QMessageBox::NoIcon, tr("About Tarvik"),
-                                tr("Tarvik Editor %1\n\nBuilt with Qt %2\nRendering with Vulkan on %3")
-                                    .arg(QCoreApplication::applicationVersion(), qVersion(),
-                                         status_->gpu().isEmpty() ? tr("no GPU yet") : status_->gpu()),
-                                QMessageBox::Ok, this);
+    QString text =
+        tr("Tarvik Editor %1\n\nBuilt with Qt %2").arg(QCoreApplication::applicationVersion(), qVersion());
+    if (!status_->gpu().isEmpty())
+        text += tr("\nRendering with Vulkan on %1").arg(status_->gpu());
+    auto* box = new QMessageBox(QMessageBox::NoIcon, tr("About Tarvik"), text, QMessageBox::Ok, this);
     box->setTextFormat(Qt::PlainText);
     box->setIconPixmap(app::theme::icon("logo").pixmap(48));
     box->setAttribute(Qt::WA_DeleteOnClose);

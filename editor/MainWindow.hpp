@@ -44,14 +44,16 @@ public:
     // Opens the project that the options name, and shows the window, at the latest when that takes long.
     void start();
 
+    QMenu* createPopupMenu() override;
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
     void createPages();
-    [[nodiscard]] QList<QAction*> createPanels();
+    void createPanels();
     void createFileMenu();
-    void createViewMenu(const QList<QAction*>& panels);
+    void createViewMenu();
     void createGameMenus();
     void createHelpMenu();
     void fillToolBar();
@@ -105,6 +107,7 @@ private:
     BuildPanel* buildPanel_ = nullptr;
     QDockWidget* buildDock_ = nullptr;
     QToolBar* toolBar_ = nullptr;
+    QList<QAction*> panelActions_;
     QList<QAction*> projectActions_; // of use only while a project is open
     QAction* export_ = nullptr;
     QAction* projectSettings_ = nullptr;
