@@ -58,7 +58,7 @@ void StatusDisplay::watch(ProjectBuild* build) {
     build_->clear();
     if (build == nullptr)
         return;
-    build_->setText(tr("Not built"));
+    build_->setText(tr("Nothing built yet"));
     connect(build, &ProjectBuild::started, this, [this] { build_->setText(tr("Building…")); });
     connect(build, &ProjectBuild::finished, this,
             [this](bool ok) { build_->setText(ok ? tr("Built") : tr("Build failed")); });

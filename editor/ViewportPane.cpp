@@ -62,15 +62,13 @@ void ViewportPane::stop() {
 
 void ViewportPane::showFocus() {
     layout()->setContentsMargins(1, 1, 1, 1);
-    // Where the window in the container cannot have the focus, the container has it.
-    connect(qGuiApp, &QGuiApplication::focusObjectChanged, this, [this](const QObject* object) {
-        framed_ = object != nullptr && (object == viewport_ || object == container_);
-        update();
-    });
+    connect(qGuiApp, &QGuiApplication::focusObjectChanged, this, qOverload<>(&ViewportPane::update));
 }
 
 void ViewportPane::paintEvent(QPaintEvent*) {
-    if (!framed_)
+    // Where the window in the container cannot have the focus, the container has it.
+    const QObject* focused = QGuiApplication::focusObject();
+    if (focused == nullptr || (focused != viewport_ && focused != container_))
         return;
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::Link));

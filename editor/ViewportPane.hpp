@@ -49,7 +49,6 @@ private:
     QPointer<QWidget> content_;
     QPointer<QWidget> container_;
     QPointer<app::VulkanViewport> viewport_; // owned by its container
-    bool framed_ = false;
 };
 
 } // namespace tarvik::editor
