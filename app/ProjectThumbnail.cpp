@@ -14,7 +14,7 @@ namespace tarvik::app {
 
 namespace {
 
-// Qt, which takes 32 bits a pixel, would say so on the console.
+// Qt, which takes at least 32 bits a pixel, would say so on the console.
 bool isTooLarge(const QSize& size) {
     const qint64 limit = QImageReader::allocationLimit(); // megabytes; 0 for none
     return limit > 0 && qint64{4} * size.width() * size.height() > limit << 20;

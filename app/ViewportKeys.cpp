@@ -86,9 +86,10 @@ bool isTextInput(const QWidget* widget) {
 // around takes the focus without a click.
 bool VulkanViewport::passKeyOn(QKeyEvent& event) {
     const QWidget* focused = !warpAvailable && container ? container->window()->focusWidget() : nullptr;
-    if (!focused || focused == container)
+    QWindow* around = topLevelWindow();
+    if (!focused || focused == container || around == this)
         return false;
-    QCoreApplication::sendEvent(topLevelWindow(), &event);
+    QCoreApplication::sendEvent(around, &event);
     return true;
 }
 
@@ -128,7 +129,7 @@ bool VulkanViewport::takeKey(const QKeyEvent& event) {
 }
 
 // What a window gets that is not the viewport's own; whether the event is done with. Keys reach the top level
-// while the keyboard's focus is in one of its widgets, and on Wayland always.
+// while the keyboard's focus is in one of its widgets, and on most Wayland compositors always.
 bool VulkanViewport::takeKeyFrom(const QObject* window, QKeyEvent& event) {
     // Wherever it arrives, the key is up.
     const bool wasHeld = event.type() == QEvent::KeyRelease && takeKey(event);
