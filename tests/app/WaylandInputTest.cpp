@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMouseEvent>
@@ -199,7 +199,7 @@ TEST_F(WaylandInputTest, TurnsAViewportThatMayGoWhileLooking) {
     EXPECT_TRUE(pumpUntil([&] { return other.windowHandle()->isExposed(); }));
 }
 
-// Wayland's keys reach the top level and never the window that is embedded in it.
+// Most compositors send keys to the top level and never to the window that is embedded in it.
 TEST_F(WaylandInputTest, AnEngagedViewportHoldsItsKeysUntilTheFocusGoes) {
     using Key = Devices::Key;
     auto* viewport = embedViewport();

@@ -117,13 +117,18 @@ TEST_F(ProgramTest, WritesThePictureAndTheStatisticsOfAGoodProject) {
 TEST_F(ProgramTest, LeavesThePictureOfTheProjectWhenItIsClosed) {
     makeRedBoxProject(path("project"));
     const QString picture = QString::fromStdString(path("project/Saved/Thumbnail.png"));
-    QProcess program;
-    start(program, {path("project"), "--still", "--camera", "0,0,2", "--look-at", "0,0,0"});
-    QProcess::execute("xdotool", {"search", "--sync", "--onlyvisible", "--name", "Test – Tarvik",
-                                  "windowfocus", "--sync", "key", "ctrl+q"});
-    EXPECT_EQ(end(program), 0);
-    EXPECT_EQ(QImage(picture).size(), QSize(640, 400));
-    EXPECT_GT(QImage(picture).pixelColor(320, 200).red(), 60);
+    for (const int status : {0, 128 + SIGTERM}) {
+        QProcess program;
+        start(program, {path("project"), "--still", "--camera", "0,0,2", "--look-at", "0,0,0"});
+        QProcess::execute("xdotool", {"search", "--sync", "--onlyvisible", "--name", "Test – Tarvik",
+                                      "windowfocus", "--sync", "key", status == 0 ? "ctrl+q" : "shift"});
+        if (status != 0)
+            program.terminate();
+        EXPECT_EQ(end(program), status);
+        EXPECT_EQ(QImage(picture).size(), QSize(640, 400)) << status;
+        EXPECT_GT(QImage(picture).pixelColor(320, 200).red(), 60);
+        fs::remove(path("project/Saved/Thumbnail.png"));
+    }
 }
 
 TEST_F(ProgramTest, RunsThatCannotSucceedEndWithAReasonAndItsStatus) {

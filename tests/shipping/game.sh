@@ -41,6 +41,7 @@ done
 
 "$here/minimal-root.sh" "$root"
 cp -a "$dir/export" "$root/home/game"
+ln -s game/run.sh "$root/home/start it"
 find "$root/home/game" -type f -exec md5sum {} + >"$dir/before"
 alone=(unshare --mount --pid --fork)
 ((EUID == 0)) || alone+=(--map-root-user)
@@ -48,13 +49,13 @@ alone=(unshare --mount --pid --fork)
 # shellcheck disable=SC2016 # for the inner shell
 "${alone[@]}" sh -c 'mount -t proc proc "$1/proc" && exec chroot "$@"' sh "$root" /usr/bin/env -i DISPLAY="$DISPLAY" \
     HOME=/home PATH=/usr/bin VK_DRIVER_FILES="/usr/share/vulkan/icd.d/$(basename "$VK_DRIVER_FILES")" \
-    sh /home/game/run.sh "${picture[@]}" --screenshot /tmp/game.png
+    sh "/home/start it" "${picture[@]}" --screenshot "/tmp/the game.png"
 find "$root/home/game" -type f -exec md5sum {} + >"$dir/after"
 diff "$dir/before" "$dir/after" || { printf 'the game wrote into its own folder\n' && exit 1; }
 
 # The ball is there, and where its behaviour puts it.
-lit=$(convert "$root/tmp/game.png" -crop 320x240+320+0 -fuzz 40% -fill white -opaque '#ff4020' -fill black \
+lit=$(convert "$root/tmp/the game.png" -crop 320x240+320+0 -fuzz 40% -fill white -opaque '#ff4020' -fill black \
     +opaque white -format '%[fx:int(100*mean)]' info:)
 ((lit >= 5)) || { printf 'the game shows no ball in the upper right quarter (%s%% of it)\n' "$lit" && exit 1; }
-different=$(compare -metric AE -fuzz 2% "$dir/editor.png" "$root/tmp/game.png" null: 2>&1) || true
+different=$(compare -metric AE -fuzz 2% "$dir/editor.png" "$root/tmp/the game.png" null: 2>&1) || true
 ((different < 50)) || { printf 'the game differs from the editor in %s pixels\n' "$different" && exit 1; }

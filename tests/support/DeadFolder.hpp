@@ -3,6 +3,7 @@
 #include "TemporaryFolder.hpp"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/mount.h>
 #include <unistd.h>
 
