@@ -1,9 +1,11 @@
-// What many projects cost the opening of the editor's start window: from the list on disk to the painted
-// window, with a thousand projects against ten. Every folder is there and has a picture.
+// What many projects cost the opening of the start window: from the list on disk to the painted window, with
+// a thousand projects against ten. Every folder is there and has a picture.
 #include "Compare.hpp"
 
 #include "EditorStyle.hpp"
 #include "Hub.hpp"
+#include "MainWindow.hpp"
+#include "Session.hpp"
 
 #include <tarvik/core/Paths.hpp>
 #include <tarvik/project/Project.hpp>
@@ -14,15 +16,18 @@
 #include <QTest>
 
 #include <filesystem>
+#include <optional>
 
 namespace tarvik::bench {
 namespace {
 
 namespace fs = std::filesystem;
 
+// Returns the folder of the user's data, with the list.
 fs::path makeProjects(const fs::path& folder, int count) {
-    const fs::path list = folder / fmt::format("recent-{}.json", count);
-    ProjectRegistry registry(list);
+    fs::path data = folder / fmt::format("data of {}", count);
+    qputenv("XDG_DATA_HOME", data.c_str());
+    ProjectRegistry registry(ProjectRegistry::defaultStorageFile());
     QImage picture(640, 400, QImage::Format_RGB32);
     picture.fill(Qt::darkCyan);
     for (int i = 0; i < count; ++i) {
@@ -35,35 +40,63 @@ fs::path makeProjects(const fs::path& folder, int count) {
     }
     if (const auto saved = registry.save(); !saved)
         throw std::runtime_error(saved.error().message);
-    return list;
+    return data;
 }
 
-double open(const fs::path& list) {
+// Which is painted before it is known to be exposed.
+void waitFor(QWidget& window) {
+    if (!QTest::qWaitForWindowExposed(&window))
+        throw std::runtime_error("the window was not shown");
+}
+
+double openStartWindow() {
     const auto start = Clock::now();
-    ProjectRegistry registry(list);
+    editor::Session session({}, {});
+    editor::MainWindow window(session);
+    window.start();
+    waitFor(window);
+    return nanoseconds(Clock::now() - start);
+}
+
+double openHub() {
+    const auto start = Clock::now();
+    ProjectRegistry registry(ProjectRegistry::defaultStorageFile());
     if (const auto loaded = registry.load(); !loaded)
         throw std::runtime_error(loaded.error().message);
     editor::Hub hub;
     hub.resize(1280, 800);
     hub.setProjects(registry.projects());
     hub.show();
-    if (!QTest::qWaitForWindowExposed(&hub)) // which is painted before this is known
-        throw std::runtime_error("the hub was not shown");
+    waitFor(hub);
     return nanoseconds(Clock::now() - start);
 }
 
-void hub(benchmark::State& state) {
+void measure(benchmark::State& state, std::optional<double> goal, double open()) {
     try {
         const QTemporaryDir folder;
         const fs::path root(folder.path().toStdString());
-        const fs::path many = makeProjects(root, 1000);
-        const fs::path few = makeProjects(root, 10);
-        compare(state, 30, 1.2, inTurn([&] { return open(many); }, [&] { return open(few); }));
+        const auto openWith = [open](const fs::path& data) {
+            return [open, data] {
+                qputenv("XDG_DATA_HOME", data.c_str());
+                return open();
+            };
+        };
+        compare(state, 30, goal,
+                inTurn(openWith(makeProjects(root, 1000)), openWith(makeProjects(root, 10))));
     } catch (const std::exception& e) {
         state.SkipWithError(e.what());
     }
 }
-BENCHMARK(hub)->Name("opening the hub with 1,000 projects / with 10");
+
+void startWindow(benchmark::State& state) {
+    measure(state, 1.2, openStartWindow);
+}
+BENCHMARK(startWindow)->Name("opening the start window with 1,000 projects / with 10");
+
+void hub(benchmark::State& state) {
+    measure(state, std::nullopt, openHub);
+}
+BENCHMARK(hub)->Name("opening the hub alone with 1,000 projects / with 10");
 
 } // namespace
 } // namespace tarvik::bench
