@@ -37,15 +37,16 @@ struct Stored {
 // Whether to make the path absolute and normal, which is slow, would change nothing. May say no to one that
 // is both, but to none that most people have.
 bool isPlain(const fs::path& path) {
-    const auto isSeparator = [](auto character) {
-        return character == '/' || character == fs::path::preferred_separator;
-    };
-    const auto isOdd = [&](auto character, auto next) {
-        return isSeparator(character) &&
-               (isSeparator(next) || next == '.' || character != fs::path::preferred_separator);
-    };
+    constexpr auto separator = fs::path::preferred_separator;
     const auto& text = path.native();
-    return path.is_absolute() && !isSeparator(text.back()) &&
+    if constexpr (separator != '/') {
+        if (text.contains('/'))
+            return false;
+    }
+    const auto isOdd = [](auto character, auto next) {
+        return character == separator && (next == separator || next == '.');
+    };
+    return path.is_absolute() && text.back() != separator &&
            std::ranges::adjacent_find(text, isOdd) == text.end();
 }
 
